@@ -1,0 +1,27 @@
+#ifndef KEZSYSCOLORWORDS_P_H
+#define KEZSYSCOLORWORDS_P_H
+
+// Internal: the raw content of a QColor, as its documented QDataStream form
+// carries it. Not installed.
+
+#include <QColor>
+#include <QtGlobal>
+
+namespace KEZSysColorWords {
+
+//! A colour's spec and its five 16-bit words: alpha, three components, black or padding.
+struct Words
+{
+    qint8 spec = 0;
+    quint16 word[5] = {0, 0, 0, 0, 0};
+};
+
+//! The words of a colour, exactly as QColor holds them.
+Words FromColor(const QColor &color);
+
+//! The colour that holds exactly these words.
+QColor ToColor(const Words &words);
+
+} // namespace KEZSysColorWords
+
+#endif // KEZSYSCOLORWORDS_P_H
