@@ -1,0 +1,3 @@
+#include "KEZMathSetOfPoints2D.h"
+
+KEZMathSetOfPoints2D::~KEZMathSetOfPoints2D() = default;
