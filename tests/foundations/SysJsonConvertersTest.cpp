@@ -162,6 +162,14 @@ TEST(SysJsonConverters, RoundTripsTheInvalidColour)
     EXPECT_TRUE(back == QColor());
 }
 
+TEST(SysJsonConverters, InfiniteExtendedComponentsSurviveInTheJsonValue)
+{
+    // 1e6 lies beyond the largest half-precision value, so QColor keeps infinity.
+    const QColor color = QColor::fromRgbF(1e6f, -1e6f, 0.5f, 1.0f);
+    ASSERT_EQ(color.spec(), QColor::ExtendedRgb);
+    EXPECT_EQ(rawBytes(roundTrip(color)), rawBytes(color));
+}
+
 TEST(SysJsonConverters, ReadsAnArrayOfThreeIntegersAsAnOpaqueColour)
 {
     QColor color;

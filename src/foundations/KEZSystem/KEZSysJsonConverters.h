@@ -32,7 +32,9 @@
     A reader takes word = round(value * 65535) (hue: round(value * 100)), so a
     colour comes back exactly as it was written: Convert(Convert(c), d) gives
     d == c for every colour that QColor's API makes, the invalid QColor()
-    included, and keeps its spec.
+    included, and keeps its spec. An infinite or NaN component of an extended
+    colour survives in the QJsonValue, but JSON text cannot carry it (it is
+    written as null), and a null component reads as no colour.
 
     Examples: QColor(255, 0, 0) is {"spec": "rgb", "r": 1, "g": 0, "b": 0, "a": 1};
     QColor() is {"spec": "invalid"}.
