@@ -2,7 +2,11 @@
 
 #include <KEZSysColorHash.h>
 
+#include <QByteArray>
 #include <QColor>
+#include <QDataStream>
+#include <QIODevice>
+#include <QRandomGenerator>
 #include <QSet>
 
 #include <gtest/gtest.h>
@@ -23,7 +27,47 @@ std::uint64_t referenceMix(std::uint64_t key, std::uint64_t seed)
     return key;
 }
 
+// The documented hash, computed from the words that QColor's own stream form shows.
+size_t referenceHash(const QColor &color)
+{
+    QByteArray bytes;
+    {
+        QDataStream out(&bytes, QIODevice::WriteOnly);
+        out.setVersion(QDataStream::Qt_6_0);
+        out << color;
+    }
+    QDataStream in(bytes);
+    in.setVersion(QDataStream::Qt_6_0);
+    qint8 spec = 0;
+    quint16 w[5] = {};
+    in >> spec >> w[0] >> w[1] >> w[2] >> w[3] >> w[4];
+    if (spec == QColor::Hsv)
+        w[1] = quint16(w[1] % 36000);
+    if (spec == QColor::ExtendedRgb) {
+        for (quint16 &word : w)
+            word = word == 0x8000 ? 0 : word;
+    }
+    const std::uint64_t k1 = (std::uint64_t(quint8(spec)) << 32) | (std::uint64_t(w[0]) << 16) | w[1];
+    const std::uint64_t k2 = (std::uint64_t(w[2]) << 32) | (std::uint64_t(w[3]) << 16) | w[4];
+    return size_t(referenceMix(k2, referenceMix(k1, 0)));
+}
+
 } // namespace
+
+TEST(SysColorHash, MatchesTheWordsOfTheStreamFormForManyColours)
+{
+    QList<QColor> colors = {QColor(), QColor::fromHsv(-1, 0, 9), QColor::fromHsl(-1, 0, 9),
+                            QColor::fromRgba64(65535, 0, 1).toHsv(), QColor::fromRgba64(65535, 0, 1).toHsl(),
+                            QColor::fromRgbF(1.5f, -0.25f, 0.5f, 0.75f), QColor::fromRgbF(1e6f, 0, 0, 1)};
+    QRandomGenerator random(77);
+    for (int i = 0; i < 300; ++i) {
+        const QColor rgb = QColor::fromRgba64(ushort(random.bounded(65536)), ushort(random.bounded(65536)),
+                                              ushort(random.bounded(65536)), ushort(random.bounded(65536)));
+        colors << rgb << rgb.toHsv() << rgb.toHsl() << rgb.toCmyk() << rgb.toExtendedRgb();
+    }
+    for (const QColor &color : colors)
+        EXPECT_EQ(qHash(color), referenceHash(color)) << color.name(QColor::HexArgb).toStdString();
+}
 
 TEST(SysColorHash, IsSixtyFourBitsWide)
 {

@@ -21,14 +21,7 @@ constexpr quint64 mix(quint64 key, quint64 seed) noexcept
 
 size_t qHash(const QColor &color, size_t seed) noexcept
 {
-    KEZSysColorWords::Words words;
-    try {
-        words = KEZSysColorWords::FromColor(color);
-    } catch (...) {
-        // Only an allocation failure can get here; hash the spec alone then.
-        words = KEZSysColorWords::Words();
-        words.spec = qint8(color.spec());
-    }
+    KEZSysColorWords::Words words = KEZSysColorWords::FromColor(color);
     if (words.spec == QColor::Hsv)
         words.word[1] = quint16(words.word[1] % 36000);   // hues compare modulo a full turn
     if (words.spec == QColor::ExtendedRgb) {

@@ -13,8 +13,9 @@
 
     What it hashes: the colour's spec s and the five 16-bit words w0..w4 that hold
     the colour, in the order of QColor's QDataStream form (alpha, the three
-    components, then the black of a CMYK colour or the padding word). Two keys are
-    packed from them,
+    components, then the black of a CMYK colour or else the padding word, which
+    enters as 0). The words are read without allocating. Two keys are packed
+    from them,
 
         k1 = (s << 32) | (w0 << 16) | w1
         k2 = (w2 << 32) | (w3 << 16) | w4

@@ -1,8 +1,8 @@
 #ifndef KEZSYSCOLORWORDS_P_H
 #define KEZSYSCOLORWORDS_P_H
 
-// Internal: the raw content of a QColor, as its documented QDataStream form
-// carries it. Not installed.
+// Internal: the raw content of a QColor, the words that its documented
+// QDataStream form carries. Not installed.
 
 #include <QColor>
 #include <QtGlobal>
@@ -16,7 +16,7 @@ struct Words
     quint16 word[5] = {0, 0, 0, 0, 0};
 };
 
-//! The words of a colour, exactly as QColor holds them.
+//! The words of a colour, exactly as QColor holds them; no allocation.
 Words FromColor(const QColor &color);
 
 //! The colour that holds exactly these words.
