@@ -3,5 +3,6 @@
 
 // Every public header of KEZVisualization.
 #include "KEZVisGlobal.h"
+#include "KEZVisOptions.h"
 
 #endif // KEZVISUALIZATION_H

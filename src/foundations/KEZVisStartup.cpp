@@ -1,5 +1,49 @@
 // Load-time start-up of the library.
+//
+// When the library is loaded, the static initialisers of this file build the
+// constant below and hand the library's start-up routine to the family through
+// KEZSysRegisterInit(). Nothing else runs at load time. The constant's
+// destructor, run by the exit handlers at unload, releases it again.
 
 #include "KEZVisGlobal.h"
+#include "KEZVisOptions.h"
+
+#include <KEZSysRegisterInit.h>
+
+#include <QByteArray>
+#include <QMetaType>
 
 bool _KEZVisualizationLoaded = false;
+
+namespace {
+
+// Built at load time and released at unload; no code of this library reads it.
+const QByteArray needRedrawWhenVisible("NeedRedrawWhenVisible");
+
+// Registers the library's types with Qt's meta-type system under their names,
+// so that QMetaType::fromName() and QVariant find them. A class that travels
+// in a QVariant or a queued connection adds its line here.
+void RegisterMetaTypes()
+{
+    qRegisterMetaType<KEZVisOptions>("KEZVisOptions");
+    qRegisterMetaType<KEZVisOptions::PointSymbol>("KEZVisOptions::PointSymbol");
+    qRegisterMetaType<KEZVisOptions::LineStyle>("KEZVisOptions::LineStyle");
+}
+
+// The routine that the family runs once it has started.
+void StartUp()
+{
+    _KEZVisualizationLoaded = true;
+    RegisterMetaTypes();
+}
+
+// Hands the routine over at load time and keeps the family's answer, which is
+// true when the routine has run or will run.
+struct StartupRegistration
+{
+    StartupRegistration() { _KEZVisualizationLoaded = KEZSysRegisterInit(StartUp); }
+};
+
+const StartupRegistration startupRegistration;
+
+} // namespace
