@@ -4,5 +4,17 @@
 // Every public header of KEZVisualization.
 #include "KEZVisGlobal.h"
 #include "KEZVisOptions.h"
+#include "KEZVisClient.h"
+#include "KEZVisClientChangeRequest.h"
+#include "KEZVisCompoundFilter.h"
+#include "KEZVisEnvironment.h"
+#include "KEZVisEnvironmentBatchContext.h"
+#include "KEZVisEnvironmentBatchSelectionContext.h"
+#include "KEZVisFunctionFilter.h"
+#include "KEZVisMouseContext.h"
+#include "KEZVisMouseEvent.h"
+#include "KEZVisObject.h"
+#include "KEZVisSelectionFilter.h"
+#include "KEZVisVirtualObject.h"
 
 #endif // KEZVISUALIZATION_H

@@ -7,6 +7,7 @@
 
 #include "KEZVisGlobal.h"
 #include "KEZVisOptions.h"
+#include "scene/KEZVisSceneMetaTypes_p.h"
 
 #include <KEZSysRegisterInit.h>
 
@@ -28,6 +29,7 @@ void RegisterMetaTypes()
     qRegisterMetaType<KEZVisOptions>("KEZVisOptions");
     qRegisterMetaType<KEZVisOptions::PointSymbol>("KEZVisOptions::PointSymbol");
     qRegisterMetaType<KEZVisOptions::LineStyle>("KEZVisOptions::LineStyle");
+    KEZVisRegisterSceneMetaTypes();
 }
 
 // The routine that the family runs once it has started.

@@ -1,0 +1,620 @@
+#include "KEZVisEnvironment.h"
+
+#include "KEZVisClientChangeRequest.h"
+#include "KEZVisCompoundFilter.h"
+#include "KEZVisEnvironmentBatchContext.h"
+#include "KEZVisEnvironment_p.h"
+#include "KEZVisFunctionFilter.h"
+#include "KEZVisObject_p.h"
+#include "KEZVisSceneMetaTypes_p.h"
+#include "KEZVisVirtualObject.h"
+
+#include "KEZMathBoundingBox.h"
+#include "KEZMathPlane.h"
+#include "KEZMathPoint.h"
+#include "KEZMathVector.h"
+#include "KEZMathZeroMagnitudeVectorException.h"
+#include "KEZSysException.h"
+
+namespace {
+
+// QSet::remove() detaches even when the key is absent; a set shared with a
+// caller's copy must not be copied for nothing on every removal.
+void removeIfPresent(QSet<KEZVisObject *> &set, KEZVisObject *object)
+{
+    if (set.contains(object))
+        set.remove(object);
+}
+
+} // namespace
+
+// ---------------------------------------------------------------------------
+// KEZVisEnvironmentPrivate
+
+KEZVisEnvironmentPrivate::KEZVisEnvironmentPrivate(KEZVisEnvironment *q)
+    : QObject(nullptr)
+    , q_ptr(q)
+{
+}
+
+KEZVisEnvironmentPrivate::~KEZVisEnvironmentPrivate()
+{
+    // The environment's destructor normally closes the scope before; this one
+    // is left for a private object deleted on its own.
+    delete selectionScope;
+    selectionScope = nullptr;
+}
+
+void KEZVisEnvironmentPrivate::ObjectDestroyed(const KEZVisEnvironment *environment, KEZVisObject *object)
+{
+    auto *q = const_cast<KEZVisEnvironment *>(environment);
+    KEZVisEnvironmentPrivate *d = q->d_ptr;
+    if (!d)
+        return;  // the environment is being destroyed
+    d->objects.RemoveAll(object);
+    removeIfPresent(d->selection, object);
+    removeIfPresent(d->preselection, object);
+    removeIfPresent(d->pendingAdditions, object);
+    removeIfPresent(d->pendingRemovals, object);
+    emit q->ObjectRemoved(object);
+}
+
+void KEZVisEnvironmentPrivate::StartBatch()
+{
+    Q_Q(KEZVisEnvironment);
+    if (batchCount == 0)
+        emit q->BatchStarted();
+    ++batchCount;
+}
+
+void KEZVisEnvironmentPrivate::FinishBatch()
+{
+    Q_Q(KEZVisEnvironment);
+    if (batchCount <= 0)
+        throw KEZSysException(QStringLiteral("batch count already zero"));
+    --batchCount;
+    if (batchCount == 0)
+        emit q->BatchFinished();
+}
+
+void KEZVisEnvironmentPrivate::StartBatchSelection()
+{
+    Q_Q(KEZVisEnvironment);
+    if (batchSelectionCount == 0)
+        emit q->BatchSelectionStarted();
+    ++batchSelectionCount;
+}
+
+void KEZVisEnvironmentPrivate::FinishBatchSelection()
+{
+    Q_Q(KEZVisEnvironment);
+    if (batchSelectionCount <= 0)
+        throw KEZSysException(QStringLiteral("batch selection count already zero"));
+    --batchSelectionCount;
+    if (batchSelectionCount == 0)
+        emit q->BatchSelectionFinished();
+}
+
+void KEZVisEnvironmentPrivate::EnsureSelectionFilter()
+{
+    Q_Q(KEZVisEnvironment);
+    if (selectionFilter)
+        return;
+    q->SetSelectionFilter(nullptr);
+    // An override that installs nothing still leaves the environment with a filter.
+    if (!selectionFilter)
+        selectionFilter.reset(new KEZVisCompoundFilter(true, {}, KEZVisCompoundFilter::AnyOf));
+}
+
+template <typename Build>
+void KEZVisEnvironmentPrivate::SendRequest(Build build)
+{
+    Q_Q(KEZVisEnvironment);
+    KEZVisClientChangeRequest request;
+    build(request);
+    emit q->ClientChangeRequested(request);
+}
+
+// ---------------------------------------------------------------------------
+// KEZVisEnvironment: construction
+
+KEZVisEnvironment::KEZVisEnvironment(QObject *parent)
+    : KEZVisEnvironment(new KEZVisEnvironmentPrivate(this), parent)
+{
+}
+
+KEZVisEnvironment::KEZVisEnvironment(KEZVisEnvironmentPrivate *d, QObject *parent)
+    : QObject(parent)
+    , d_ptr(d)
+{
+    KEZVisRegisterSceneMetaTypes();
+}
+
+KEZVisEnvironment::~KEZVisEnvironment()
+{
+    KEZVisEnvironmentPrivate *d = d_ptr;
+    // An open selection scope closes its batch while the state is still whole,
+    // so that listeners of BatchFinished() see a consistent environment.
+    if (KEZVisEnvironmentBatchContext *scope = d->selectionScope) {
+        d->selectionScope = nullptr;
+        delete scope;
+    }
+    // From here on, objects that die (children of this environment, or objects
+    // deleted by listeners) find no private object and report nothing.
+    d_ptr = nullptr;
+    delete d;
+}
+
+// ---------------------------------------------------------------------------
+// Registry
+
+QList<KEZVisObject *> KEZVisEnvironment::GetObjects() const
+{
+    Q_D(const KEZVisEnvironment);
+    return d->objects.ToObjectList();
+}
+
+void KEZVisEnvironment::AddVirtualObject(KEZVisVirtualObject *object)
+{
+    Q_D(KEZVisEnvironment);
+    d->objects.Append(object);
+    emit ObjectAdded(object);
+}
+
+void KEZVisEnvironment::RemoveVirtualObject(KEZVisVirtualObject *object)
+{
+    Q_D(KEZVisEnvironment);
+    if (!d->objects.RemoveAll(object))
+        return;
+    // Deliberately the selection set alone, and without a selection signal:
+    // the object keeps its state and stays in the preselection and pending sets.
+    removeIfPresent(d->selection, object);
+    if (object)
+        QObject::disconnect(object, nullptr, d, nullptr);
+    emit ObjectRemoved(object);
+}
+
+void KEZVisEnvironment::RemoveAllVirtualObjects()
+{
+    Q_D(KEZVisEnvironment);
+    const QList<KEZVisVirtualObject *> objects = d->objects.List();
+    for (KEZVisVirtualObject *object : objects)
+        RemoveVirtualObject(object);
+}
+
+QList<KEZVisVirtualObject *> KEZVisEnvironment::GetVirtualObjects() const
+{
+    Q_D(const KEZVisEnvironment);
+    return d->objects.List();
+}
+
+bool KEZVisEnvironment::IsBatch() const
+{
+    Q_D(const KEZVisEnvironment);
+    return d->batchCount > 0;
+}
+
+bool KEZVisEnvironment::IsBatchSelection() const
+{
+    Q_D(const KEZVisEnvironment);
+    return d->batchSelectionCount > 0;
+}
+
+// ---------------------------------------------------------------------------
+// Interaction settings and view requests
+
+bool KEZVisEnvironment::IsSelectionEnabled()
+{
+    Q_D(const KEZVisEnvironment);
+    return d->selectionEnabled;
+}
+
+void KEZVisEnvironment::SetSelectionEnabled(bool enabled)
+{
+    Q_D(KEZVisEnvironment);
+    d->selectionEnabled = enabled;
+    d->SendRequest([enabled](KEZVisClientChangeRequest &request) { request.RequestSelectionEnabled(enabled); });
+}
+
+KEZVisEnvironment::MouseInteractionFlags KEZVisEnvironment::GetMouseInteraction() const
+{
+    Q_D(const KEZVisEnvironment);
+    return d->mouseInteraction;
+}
+
+KEZVisEnvironment::MouseSnapGeometryTypes KEZVisEnvironment::GetMouseSnapGeometryTypes() const
+{
+    Q_D(const KEZVisEnvironment);
+    return d->mouseSnapGeometryTypes;
+}
+
+KEZVisMouseContext::NativeGeometrySelectionType KEZVisEnvironment::GetNativeGeometrySelectionType() const
+{
+    Q_D(const KEZVisEnvironment);
+    return d->nativeGeometrySelectionType;
+}
+
+void KEZVisEnvironment::SetMouseInteraction(const QFlags<MouseInteractionFlag> &flags)
+{
+    Q_D(KEZVisEnvironment);
+    if (d->mouseInteraction == flags)
+        return;
+    d->mouseInteraction = flags;
+    d->SendRequest([flags](KEZVisClientChangeRequest &request) { request.RequestMouseInteraction(flags); });
+}
+
+void KEZVisEnvironment::SetMouseSnapGeometryTypes(const QFlags<MouseSnapGeometryType> &types)
+{
+    Q_D(KEZVisEnvironment);
+    if (d->mouseSnapGeometryTypes == types)
+        return;
+    d->mouseSnapGeometryTypes = types;
+    d->SendRequest([types](KEZVisClientChangeRequest &request) { request.RequestMouseSnapGeometryTypes(types); });
+}
+
+void KEZVisEnvironment::SetNativeGeometrySelectionType(const KEZVisMouseContext::NativeGeometrySelectionType &type)
+{
+    Q_D(KEZVisEnvironment);
+    d->nativeGeometrySelectionType = type;
+}
+
+void KEZVisEnvironment::FitToBoundingBox(const KEZMathBoundingBox &box)
+{
+    Q_D(KEZVisEnvironment);
+    d->SendRequest([&box](KEZVisClientChangeRequest &request) { request.RequestFit(box); });
+}
+
+void KEZVisEnvironment::FitToObject(KEZVisObject *object)
+{
+    if (!object || !object->GetRep() || !object->IsVisible())
+        return;
+    FitToBoundingBox(object->GetBoundingBox(true));
+}
+
+void KEZVisEnvironment::FitToObjects(const QList<KEZVisObject *> &objects)
+{
+    if (objects.isEmpty())
+        return;
+    KEZMathBoundingBox result;
+    bool haveBox = false;
+    for (KEZVisObject *object : objects) {
+        if (!object || !object->IsVisible() || !object->GetRep())
+            continue;
+        const KEZMathBoundingBox box = object->GetBoundingBox(true);
+        // Deliberately here alone: a box that is one point doesn't count.
+        if (box.GetLowerPoint() == box.GetUpperPoint())
+            continue;
+        if (haveBox) {
+            result.Expand(box);
+        } else {
+            result = box;
+            haveBox = true;
+        }
+    }
+    if (haveBox)
+        FitToBoundingBox(result);
+}
+
+void KEZVisEnvironment::FitToSelection()
+{
+    Q_D(KEZVisEnvironment);
+    const QList<KEZVisObject *> objects(d->selection.cbegin(), d->selection.cend());
+    FitToObjects(objects);
+}
+
+void KEZVisEnvironment::SetViewDirection(const KEZMathVector &direction)
+{
+    Q_D(KEZVisEnvironment);
+    if (!direction.IsValid())
+        throw KEZMathZeroMagnitudeVectorException();
+    d->SendRequest([&direction](KEZVisClientChangeRequest &request) { request.RequestViewDirection(direction); });
+}
+
+void KEZVisEnvironment::SetViewOrientation(const KEZMathVector &orientation)
+{
+    Q_D(KEZVisEnvironment);
+    if (!orientation.IsValid())
+        throw KEZMathZeroMagnitudeVectorException();
+    d->SendRequest(
+        [&orientation](KEZVisClientChangeRequest &request) { request.RequestViewOrientation(orientation); });
+}
+
+void KEZVisEnvironment::SetViewPlane(const KEZMathPlane &plane)
+{
+    Q_D(KEZVisEnvironment);
+    d->SendRequest([&plane](KEZVisClientChangeRequest &request) {
+        request.RequestViewOrientation(plane.GetSecondDirection());
+        request.RequestViewDirection(plane.GetNormal());
+    });
+}
+
+// ---------------------------------------------------------------------------
+// Selection: public operations
+
+void KEZVisEnvironment::SetSelectionFilter(KEZVisSelectionFilter *filter)
+{
+    Q_D(KEZVisEnvironment);
+    if (!filter)
+        filter = new KEZVisCompoundFilter(true, {}, KEZVisCompoundFilter::AnyOf);
+    // Installing the filter already in use must not give it a second owner.
+    if (d->selectionFilter.data() != filter)
+        d->selectionFilter.reset(filter);
+    const QSharedPointer<KEZVisSelectionFilter> keep = d->selectionFilter;
+
+    BeginSelection();
+    QSet<KEZVisObject *> refused;
+    try {
+        const QSet<KEZVisObject *> selection = d->selection;
+        for (KEZVisObject *object : selection) {
+            if (!filter->IsSelectable(object))
+                refused.insert(object);
+        }
+    } catch (...) {
+        // The filter failed before anything was collected: close the transaction
+        // with nothing to commit, then let the failure go on.
+        EndSelection();
+        throw;
+    }
+    d->pendingRemovals.unite(refused);
+    EndSelection();
+    emit SelectionFilterChanged(filter);
+}
+
+void KEZVisEnvironment::SetSelectionFilter(bool multiSelection,
+                                           const std::function<bool(const KEZVisObject *)> &function)
+{
+    SetSelectionFilter(new KEZVisFunctionFilter(multiSelection, function));
+}
+
+KEZVisSelectionFilter *KEZVisEnvironment::GetSelectionFilter() const
+{
+    // Installing the default is a change of the environment, made on demand
+    // even from this const accessor.
+    auto *d = const_cast<KEZVisEnvironmentPrivate *>(d_ptr);
+    d->EnsureSelectionFilter();
+    return d->selectionFilter.data();
+}
+
+bool KEZVisEnvironment::AddToSelection(KEZVisObject *object)
+{
+    Q_D(KEZVisEnvironment);
+    if (!object)
+        return false;
+    d->EnsureSelectionFilter();
+    // Held for the whole operation, in case a listener installs another filter.
+    const QSharedPointer<KEZVisSelectionFilter> filter = d->selectionFilter;
+    if (!filter->IsSelectable(object))
+        return false;
+    if (d->selection.contains(object))
+        return false;
+    BeginSelection();
+    if (!filter->IsMultiSelection())
+        d->pendingRemovals.unite(d->selection);
+    d->pendingAdditions.insert(object);
+    EndSelection();
+    return true;
+}
+
+void KEZVisEnvironment::RemoveFromSelection(KEZVisObject *object)
+{
+    Q_D(KEZVisEnvironment);
+    if (!object || !d->selection.contains(object))
+        return;
+    BeginSelection();
+    d->pendingRemovals.insert(object);
+    EndSelection();
+}
+
+bool KEZVisEnvironment::ToggleSelection(KEZVisObject *object)
+{
+    Q_D(KEZVisEnvironment);
+    if (object && d->selection.contains(object)) {
+        RemoveFromSelection(object);
+        return false;
+    }
+    // Deliberately true also when the filter refused the object.
+    AddToSelection(object);
+    return true;
+}
+
+bool KEZVisEnvironment::SetSelection(const QSet<KEZVisObject *> &objects)
+{
+    Q_D(KEZVisEnvironment);
+    if (objects == d->selection)
+        return true;
+
+    QSet<KEZVisObject *> candidates;
+    if (!objects.isEmpty()) {
+        d->EnsureSelectionFilter();
+        const QSharedPointer<KEZVisSelectionFilter> filter = d->selectionFilter;
+        candidates.reserve(objects.size());
+        for (KEZVisObject *object : objects) {
+            if (object && filter->IsSelectable(object))
+                candidates.insert(object);
+        }
+        if (!filter->IsMultiSelection() && candidates.size() > 1) {
+            // One remains: the first in set order, which is arbitrary.
+            KEZVisObject *first = *candidates.cbegin();
+            candidates = QSet<KEZVisObject *>{first};
+        }
+        if (candidates.isEmpty())
+            return false;
+    }
+
+    BeginSelection();
+    // Compared with the request as handed in, not with the candidates: a
+    // selected object that is named but refused or dropped stays selected.
+    for (KEZVisObject *object : std::as_const(d->selection)) {
+        if (!objects.contains(object))
+            d->pendingRemovals.insert(object);
+    }
+    d->pendingAdditions.unite(candidates);
+    EndSelection();
+    return true;
+}
+
+bool KEZVisEnvironment::SetPreSelectedObjects(QSet<KEZVisObject *> objects)
+{
+    Q_D(KEZVisEnvironment);
+    // Deliberately a query here: nothing is stored and nothing is emitted.
+    bool result = objects.isEmpty();
+    for (KEZVisObject *object : std::as_const(objects)) {
+        if (!object)
+            continue;
+        d->EnsureSelectionFilter();
+        if (d->selectionFilter->IsSelectable(object))
+            result = true;
+    }
+    return result;
+}
+
+QSet<KEZVisObject *> KEZVisEnvironment::GetVisualizationSelection() const
+{
+    Q_D(const KEZVisEnvironment);
+    return d->selection;
+}
+
+QSet<KEZVisObject *> KEZVisEnvironment::GetPreSelectedObjects() const
+{
+    Q_D(const KEZVisEnvironment);
+    return d->preselection;
+}
+
+// ---------------------------------------------------------------------------
+// Selection: raw layer
+
+void KEZVisEnvironment::BeginSelection()
+{
+    Q_D(KEZVisEnvironment);
+    if (!d->pendingAdditions.isEmpty() || !d->pendingRemovals.isEmpty())
+        throw KEZSysException(QStringLiteral("previous selection modifications were not committed"));
+    if (d->selectionScope)
+        return;
+    d->selectionScope = new KEZVisEnvironmentBatchContext(this);
+}
+
+void KEZVisEnvironment::EndSelection()
+{
+    Q_D(KEZVisEnvironment);
+
+    // Ends the transaction: the pending sets are cleared before the scope goes,
+    // so that a listener of BatchFinished() may open a fresh transaction.
+    const auto finish = [d]() {
+        d->pendingAdditions.clear();
+        d->pendingRemovals.clear();
+        KEZVisEnvironmentBatchContext *scope = d->selectionScope;
+        d->selectionScope = nullptr;
+        delete scope;
+    };
+
+    // A removal beats an addition of the same object.
+    for (KEZVisObject *object : std::as_const(d->pendingRemovals))
+        removeIfPresent(d->pendingAdditions, object);
+    // Only selected objects can be deselected.
+    if (!d->pendingRemovals.isEmpty()) {
+        QSet<KEZVisObject *> reduced;
+        for (KEZVisObject *object : std::as_const(d->pendingRemovals)) {
+            if (d->selection.contains(object))
+                reduced.insert(object);
+        }
+        d->pendingRemovals = reduced;
+    }
+
+    try {
+        // The state signals run listeners that may destroy objects, which takes
+        // them out of the pending sets: iterate over shared copies and skip
+        // whatever has left the live set since.
+        const QSet<KEZVisObject *> additions = d->pendingAdditions;
+        for (KEZVisObject *object : additions) {
+            if (!d->pendingAdditions.contains(object))
+                continue;
+            KEZVisObjectPrivate *od = KEZVisObjectPrivate::get(object);
+            if (od->selectionState != KEZVisObject::PreSelected)
+                od->SetSelectionState(KEZVisObject::Selected);
+        }
+        d->selection.unite(d->pendingAdditions);
+
+        const QSet<KEZVisObject *> removals = d->pendingRemovals;
+        for (KEZVisObject *object : removals) {
+            if (!d->pendingRemovals.contains(object) || d->preselection.contains(object))
+                continue;
+            KEZVisObjectPrivate::get(object)->SetSelectionState(KEZVisObject::NotSelected);
+        }
+        for (KEZVisObject *object : std::as_const(d->pendingRemovals))
+            removeIfPresent(d->selection, object);
+
+        if (d->pendingAdditions.isEmpty() && d->pendingRemovals.isEmpty()) {
+            finish();
+            return;
+        }
+        // Shared copies, so that listeners hold stable sets even if an object
+        // dies during the delivery. The pending sets stay filled meanwhile,
+        // which keeps selection operations from handlers out.
+        const QSet<KEZVisObject *> selected = d->pendingAdditions;
+        const QSet<KEZVisObject *> deselected = d->pendingRemovals;
+        emit VisualizationSelectionChanged(selected, deselected);
+    } catch (...) {
+        // A listener let an exception escape: the commit stays in the selection
+        // set, the remaining signals are skipped, the transaction ends and the
+        // exception goes on.
+        d->selection.unite(d->pendingAdditions);
+        for (KEZVisObject *object : std::as_const(d->pendingRemovals))
+            removeIfPresent(d->selection, object);
+        finish();
+        throw;
+    }
+    finish();
+}
+
+void KEZVisEnvironment::AddSelectedVisualization(KEZVisObject *object)
+{
+    Q_D(KEZVisEnvironment);
+    if (object)
+        d->pendingAdditions.insert(object);
+}
+
+void KEZVisEnvironment::RemoveSelectedVisualization(KEZVisObject *object)
+{
+    Q_D(KEZVisEnvironment);
+    if (object)
+        d->pendingRemovals.insert(object);
+}
+
+void KEZVisEnvironment::SetSelectedVisualization(const QSet<KEZVisObject *> &objects)
+{
+    Q_D(KEZVisEnvironment);
+    for (KEZVisObject *object : objects) {
+        if (object && !d->selection.contains(object))
+            d->pendingAdditions.insert(object);
+    }
+    for (KEZVisObject *object : std::as_const(d->selection)) {
+        if (!objects.contains(object))
+            d->pendingRemovals.insert(object);
+    }
+}
+
+void KEZVisEnvironment::SetPreselectedVisualization(const QSet<KEZVisObject *> &objects)
+{
+    Q_D(KEZVisEnvironment);
+    QSet<KEZVisObject *> incoming = objects;
+    if (incoming.contains(nullptr))
+        incoming.remove(nullptr);
+
+    const QSet<KEZVisObject *> previous = d->preselection;
+    for (KEZVisObject *object : previous) {
+        // An object destroyed by a listener meanwhile has left the live set.
+        if (incoming.contains(object) || !d->preselection.contains(object))
+            continue;
+        KEZVisObjectPrivate::get(object)->SetSelectionState(
+            d->selection.contains(object) ? KEZVisObject::Selected : KEZVisObject::NotSelected);
+    }
+    for (KEZVisObject *object : std::as_const(incoming)) {
+        if (!previous.contains(object))
+            KEZVisObjectPrivate::get(object)->SetSelectionState(KEZVisObject::PreSelected);
+    }
+    if (d->preselection == incoming)
+        return;
+    const QSet<KEZVisObject *> old = d->preselection;
+    d->preselection = incoming;
+    emit VisualizationPreselectionChanged(old, incoming);
+}

@@ -1,0 +1,116 @@
+#include "KEZVisObject.h"
+
+#include "KEZVisEnvironment_p.h"
+#include "KEZVisObject_p.h"
+#include "KEZVisRep.h"
+#include "KEZVisSceneMetaTypes_p.h"
+
+#include <atomic>
+
+namespace {
+
+// Objects live on the GUI thread; the counter is atomic all the same, so that
+// objects of worker threads that never meet a scene can't corrupt it.
+std::atomic<quint64> objectDeaths{0};
+
+} // namespace
+
+quint64 KEZVisObjectPrivate::DeathCount()
+{
+    return objectDeaths.load(std::memory_order_relaxed);
+}
+
+KEZVisObjectPrivate::KEZVisObjectPrivate(KEZVisObject *q, const KEZVisEnvironment *environment)
+    : q_ptr(q)
+    , environment(environment)
+{
+}
+
+KEZVisObjectPrivate::~KEZVisObjectPrivate()
+{
+    delete rep;
+}
+
+void KEZVisObjectPrivate::SetSelectionState(KEZVisObject::SelectionState state)
+{
+    if (selectionState == state)
+        return;
+    selectionState = state;
+    emit q_ptr->SelectionStateChanged(state);
+    emit q_ptr->ChangeOccurred(KEZVisObject::SelectionStateChange);
+}
+
+KEZVisObject::KEZVisObject(const KEZVisEnvironment *environment, QObject *parent)
+    : KEZVisObject(new KEZVisObjectPrivate(this, environment), parent)
+{
+}
+
+KEZVisObject::KEZVisObject(KEZVisObjectPrivate *d, QObject *parent)
+    : QObject(parent)
+    , d_ptr(d)
+{
+    KEZVisRegisterSceneMetaTypes();
+}
+
+KEZVisObject::~KEZVisObject()
+{
+    objectDeaths.fetch_add(1, std::memory_order_relaxed);
+    // The environment learns of the death first, while the record (and with it
+    // the rep) is still there for listeners of ObjectRemoved.
+    if (const KEZVisEnvironment *environment = d_ptr->environment.data())
+        KEZVisEnvironmentPrivate::ObjectDestroyed(environment, this);
+    delete d_ptr;
+    d_ptr = nullptr;
+}
+
+bool KEZVisObject::IsPosition() const
+{
+    return false;
+}
+
+KEZMathAxis KEZVisObject::GetPosition() const
+{
+    return KEZMathAxis();
+}
+
+KEZMathBoundingBox KEZVisObject::GetBoundingBox(bool inWorld) const
+{
+    const KEZVisObjectPrivate *d = d_ptr;
+    if (!d->rep)
+        return KEZMathBoundingBox();
+    if (!d->boundingBoxValid) {
+        d->boundingBox = d->rep->GetBoundingBox();
+        d->boundingBoxValid = true;
+    }
+    if (!inWorld)
+        return d->boundingBox;
+    return GetPosition() * d->boundingBox;
+}
+
+const KEZVisEnvironment *KEZVisObject::GetEnvironment() const
+{
+    return d_ptr->environment.data();
+}
+
+const KEZVisRep *KEZVisObject::GetRep() const
+{
+    return d_ptr->rep;
+}
+
+KEZVisObject::SelectionState KEZVisObject::GetSelectionState() const
+{
+    return d_ptr->selectionState;
+}
+
+void KEZVisObject::UpdateRep(const KEZVisRep *rep)
+{
+    KEZVisObjectPrivate *d = d_ptr;
+    d->boundingBoxValid = false;
+    if (rep != d->rep) {
+        const KEZVisRep *old = d->rep;
+        d->rep = rep;
+        delete old;
+    }
+    emit RepChanged(rep);
+    emit ChangeOccurred(RepChange);
+}

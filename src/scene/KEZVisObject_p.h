@@ -1,0 +1,52 @@
+#ifndef KEZVISOBJECT_P_H
+#define KEZVISOBJECT_P_H
+
+// Private record of KEZVisObject. Not part of the installed interface.
+
+#include "KEZVisObject.h"
+
+#include <QPointer>
+
+#include "KEZMathBoundingBox.h"
+
+class KEZVisEnvironment;
+class KEZVisRep;
+
+class KEZVISUALIZATION_EXPORT KEZVisObjectPrivate
+{
+public:
+    KEZVisObjectPrivate(KEZVisObject *q, const KEZVisEnvironment *environment);
+    //! Deletes the rep.
+    virtual ~KEZVisObjectPrivate();
+
+    /*!
+        Writes the selection state. Writing the state already held does nothing;
+        otherwise SelectionStateChanged(state) and then
+        ChangeOccurred(SelectionStateChange) go out. The environment's selection
+        operations are the only writers.
+    */
+    void SetSelectionState(KEZVisObject::SelectionState state);
+
+    static KEZVisObjectPrivate *get(KEZVisObject *object) { return object->d_func(); }
+
+    /*
+        The number of KEZVisObject destructors run so far in the process. Code
+        that walks a copied list of objects while calling out to listeners
+        compares it before and after each call: if it moved, some object died,
+        and the copy must be checked against a fresh list before going on.
+    */
+    static quint64 DeathCount();
+
+    KEZVisObject *q_ptr;
+    const KEZVisRep *rep = nullptr;
+    KEZVisObject::SelectionState selectionState = KEZVisObject::NotSelected;
+    QPointer<const KEZVisEnvironment> environment;
+    // The rep's box is asked lazily from const accessors, hence mutable.
+    mutable bool boundingBoxValid = false;
+    mutable KEZMathBoundingBox boundingBox;
+
+private:
+    Q_DISABLE_COPY(KEZVisObjectPrivate)
+};
+
+#endif // KEZVISOBJECT_P_H

@@ -1,0 +1,905 @@
+// Tests of the selection and preselection of KEZVisEnvironment: the public
+// operations through the filter, the raw layer, the order of every signal of a
+// transaction, the state table and the re-entrancy guard.
+
+#include "SceneTestSupport.h"
+
+#include "KEZVisCompoundFilter.h"
+#include "KEZVisEnvironment.h"
+#include "KEZVisFunctionFilter.h"
+
+#include "KEZSysException.h"
+
+#include <QPointer>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using namespace SceneTest;
+
+namespace {
+
+// Opens the protected raw selection layer.
+class RawEnvironment : public KEZVisEnvironment
+{
+public:
+    using KEZVisEnvironment::KEZVisEnvironment;
+    using KEZVisEnvironment::AddSelectedVisualization;
+    using KEZVisEnvironment::BeginSelection;
+    using KEZVisEnvironment::EndSelection;
+    using KEZVisEnvironment::RemoveSelectedVisualization;
+    using KEZVisEnvironment::SetPreselectedVisualization;
+    using KEZVisEnvironment::SetSelectedVisualization;
+};
+
+// Three objects a, b, c in an environment, a log of everything, and optionally
+// a recording client attached.
+struct SelectionScene
+{
+    explicit SelectionScene(bool withClient = false)
+    {
+        environment.setObjectName("env");
+        a.reset(MakeObject("a", &environment, &log));
+        b.reset(MakeObject("b", &environment, &log));
+        c.reset(MakeObject("c", &environment, &log));
+        environment.AddVirtualObject(a.get());
+        environment.AddVirtualObject(b.get());
+        environment.AddVirtualObject(c.get());
+        log.WatchEnvironment(&environment);
+        if (withClient)
+            client.SetEnvironment(&environment);
+        log.Clear();
+    }
+    // Installs the default filter and forgets its signals.
+    void InstallDefaultFilter()
+    {
+        environment.GetSelectionFilter();
+        log.Clear();
+    }
+    void InstallFilter(KEZVisSelectionFilter *filter)
+    {
+        environment.SetSelectionFilter(filter);
+        log.Clear();
+    }
+
+    SceneLog log;
+    RawEnvironment environment;
+    RecordingClient client{&log};
+    std::unique_ptr<KEZVisVirtualObject> a;
+    std::unique_ptr<KEZVisVirtualObject> b;
+    std::unique_ptr<KEZVisVirtualObject> c;
+};
+
+QString MessageOf(const std::function<void()> &call)
+{
+    try {
+        call();
+    } catch (const KEZSysException &exception) {
+        return exception.GetMessage();
+    }
+    return QString();
+}
+
+const QString NotCommitted = QStringLiteral("previous selection modifications were not committed");
+
+} // namespace
+
+// --- AddToSelection -----------------------------------------------------------
+
+TEST(EnvironmentSelection, FirstAddToSelectionWithoutFilterInstallsTheDefaultThenCommits)
+{
+    SelectionScene scene(true);
+    EXPECT_TRUE(scene.environment.AddToSelection(scene.a.get()));
+    EXPECT_EQ(scene.log.entries, QStringList({
+                                     "env:BatchStarted",
+                                     "client:BeginBatch",
+                                     "env:BatchFinished",
+                                     "client:EndBatch",
+                                     "env:SelectionFilterChanged",
+                                     "env:BatchStarted",
+                                     "client:BeginBatch",
+                                     "a:SelectionStateChanged(Selected)",
+                                     "a:ChangeOccurred(8)",
+                                     "client:OnObjectChanged(a,8)",
+                                     "env:VisualizationSelectionChanged({a},{})",
+                                     "client:OnVisualizationSelectionChanged({a},{})",
+                                     "env:BatchFinished",
+                                     "client:EndBatch",
+                                 }));
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get()}));
+    EXPECT_EQ(scene.a->GetSelectionState(), KEZVisObject::Selected);
+}
+
+TEST(EnvironmentSelection, DefaultFilterIsAnAcceptAllMultiSelectionCompound)
+{
+    KEZVisEnvironment environment;
+    QSignalSpy filterSpy(&environment, &KEZVisEnvironment::SelectionFilterChanged);
+    KEZVisSelectionFilter *filter = environment.GetSelectionFilter();
+    ASSERT_NE(filter, nullptr);
+    auto *compound = qobject_cast<KEZVisCompoundFilter *>(filter);
+    ASSERT_NE(compound, nullptr);
+    EXPECT_TRUE(compound->IsAcceptAll());
+    EXPECT_TRUE(compound->IsMultiSelection());
+    ASSERT_EQ(filterSpy.count(), 1);
+    EXPECT_EQ(filterSpy.at(0).at(0).value<KEZVisSelectionFilter *>(), filter);
+    EXPECT_EQ(environment.GetSelectionFilter(), filter);
+    EXPECT_EQ(filterSpy.count(), 1);
+}
+
+TEST(EnvironmentSelection, AddToSelectionOfASelectedObjectReturnsFalseAndEmitsNothing)
+{
+    SelectionScene scene(true);
+    scene.environment.AddToSelection(scene.a.get());
+    scene.log.Clear();
+    EXPECT_FALSE(scene.environment.AddToSelection(scene.a.get()));
+    EXPECT_TRUE(scene.log.entries.isEmpty());
+}
+
+TEST(EnvironmentSelection, AddToSelectionOfASelectedObjectEmitsOnlyTheFirstCreationOfTheFilter)
+{
+    SelectionScene scene;
+    scene.environment.BeginSelection();
+    scene.environment.AddSelectedVisualization(scene.a.get());
+    scene.environment.EndSelection();  // selected through the raw layer: no filter yet
+    scene.log.Clear();
+    EXPECT_FALSE(scene.environment.AddToSelection(scene.a.get()));
+    EXPECT_EQ(scene.log.entries, QStringList({"env:BatchStarted", "env:BatchFinished", "env:SelectionFilterChanged"}));
+}
+
+TEST(EnvironmentSelection, AddToSelectionOfARefusedObjectReturnsFalseAndEmitsNothing)
+{
+    SelectionScene scene;
+    scene.InstallFilter(new SetFilter(true, {scene.a.get()}));
+    EXPECT_FALSE(scene.environment.AddToSelection(scene.a.get()));
+    EXPECT_TRUE(scene.log.entries.isEmpty());
+}
+
+TEST(EnvironmentSelection, AddToSelectionOfNullReturnsFalseWithoutCreatingAFilter)
+{
+    SelectionScene scene;
+    EXPECT_FALSE(scene.environment.AddToSelection(nullptr));
+    EXPECT_TRUE(scene.log.entries.isEmpty());
+}
+
+TEST(EnvironmentSelection, MultiSelectionAddsToTheSelection)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    scene.environment.AddToSelection(scene.a.get());
+    scene.log.Clear();
+    EXPECT_TRUE(scene.environment.AddToSelection(scene.b.get()));
+    EXPECT_EQ(scene.log.entries, QStringList({
+                                     "env:BatchStarted",
+                                     "b:SelectionStateChanged(Selected)",
+                                     "b:ChangeOccurred(8)",
+                                     "env:VisualizationSelectionChanged({b},{})",
+                                     "env:BatchFinished",
+                                 }));
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get(), scene.b.get()}));
+}
+
+TEST(EnvironmentSelection, SingleSelectionSwapGivesOneChangeWithTheNewSelectedAndTheOldDeselected)
+{
+    SelectionScene scene(true);
+    scene.InstallFilter(new SetFilter(false));
+    scene.environment.AddToSelection(scene.a.get());
+    scene.log.Clear();
+    EXPECT_TRUE(scene.environment.AddToSelection(scene.b.get()));
+    EXPECT_EQ(scene.log.entries, QStringList({
+                                     "env:BatchStarted",
+                                     "client:BeginBatch",
+                                     "b:SelectionStateChanged(Selected)",
+                                     "b:ChangeOccurred(8)",
+                                     "client:OnObjectChanged(b,8)",
+                                     "a:SelectionStateChanged(NotSelected)",
+                                     "a:ChangeOccurred(8)",
+                                     "client:OnObjectChanged(a,8)",
+                                     "env:VisualizationSelectionChanged({b},{a})",
+                                     "client:OnVisualizationSelectionChanged({b},{a})",
+                                     "env:BatchFinished",
+                                     "client:EndBatch",
+                                 }));
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.b.get()}));
+    EXPECT_EQ(scene.a->GetSelectionState(), KEZVisObject::NotSelected);
+}
+
+TEST(EnvironmentSelection, SelectionSignalCarriesTheDeltasAsArguments)
+{
+    SelectionScene scene;
+    scene.InstallFilter(new SetFilter(false));
+    scene.environment.AddToSelection(scene.a.get());
+    QSignalSpy spy(&scene.environment, &KEZVisEnvironment::VisualizationSelectionChanged);
+    scene.environment.AddToSelection(scene.b.get());
+    ASSERT_EQ(spy.count(), 1);
+    EXPECT_EQ(spy.at(0).at(0).value<QSet<KEZVisObject *>>(), QSet<KEZVisObject *>({scene.b.get()}));
+    EXPECT_EQ(spy.at(0).at(1).value<QSet<KEZVisObject *>>(), QSet<KEZVisObject *>({scene.a.get()}));
+}
+
+// --- RemoveFromSelection and ToggleSelection ------------------------------------
+
+TEST(EnvironmentSelection, RemoveFromSelectionDeselects)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    scene.environment.AddToSelection(scene.a.get());
+    scene.log.Clear();
+    scene.environment.RemoveFromSelection(scene.a.get());
+    EXPECT_EQ(scene.log.entries, QStringList({
+                                     "env:BatchStarted",
+                                     "a:SelectionStateChanged(NotSelected)",
+                                     "a:ChangeOccurred(8)",
+                                     "env:VisualizationSelectionChanged({},{a})",
+                                     "env:BatchFinished",
+                                 }));
+    EXPECT_TRUE(scene.environment.GetVisualizationSelection().isEmpty());
+}
+
+TEST(EnvironmentSelection, RemoveFromSelectionOfAnUnselectedObjectEmitsNothingAndCreatesNoFilter)
+{
+    SelectionScene scene;
+    scene.environment.RemoveFromSelection(scene.a.get());
+    scene.environment.RemoveFromSelection(nullptr);
+    EXPECT_TRUE(scene.log.entries.isEmpty());
+}
+
+TEST(EnvironmentSelection, RemoveFromSelectionDoesNotConsultTheFilter)
+{
+    SelectionScene scene;
+    auto *filter = new SetFilter(true);
+    scene.InstallFilter(filter);
+    scene.environment.AddToSelection(scene.a.get());
+    filter->refused.insert(scene.a.get());
+    filter->questions = 0;
+    scene.environment.RemoveFromSelection(scene.a.get());
+    EXPECT_EQ(filter->questions, 0);
+    EXPECT_TRUE(scene.environment.GetVisualizationSelection().isEmpty());
+}
+
+TEST(EnvironmentSelection, ToggleSelectionOfARefusedObjectReturnsTrueAndLeavesTheSelection)
+{
+    SelectionScene scene;
+    scene.InstallFilter(new SetFilter(true, {scene.b.get()}));
+    scene.environment.AddToSelection(scene.a.get());
+    scene.log.Clear();
+    EXPECT_TRUE(scene.environment.ToggleSelection(scene.b.get()));
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get()}));
+    EXPECT_TRUE(scene.log.entries.isEmpty());
+}
+
+TEST(EnvironmentSelection, ToggleSelectionSelectsAndDeselects)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    EXPECT_TRUE(scene.environment.ToggleSelection(scene.a.get()));
+    EXPECT_EQ(scene.a->GetSelectionState(), KEZVisObject::Selected);
+    EXPECT_FALSE(scene.environment.ToggleSelection(scene.a.get()));
+    EXPECT_EQ(scene.a->GetSelectionState(), KEZVisObject::NotSelected);
+    EXPECT_TRUE(scene.environment.GetVisualizationSelection().isEmpty());
+}
+
+// --- SetSelection -----------------------------------------------------------------
+
+TEST(EnvironmentSelection, SetSelectionWithTheCurrentSelectionReturnsTrueAndEmitsNothing)
+{
+    SelectionScene scene(true);
+    scene.InstallDefaultFilter();
+    scene.environment.AddToSelection(scene.a.get());
+    scene.log.Clear();
+    EXPECT_TRUE(scene.environment.SetSelection({scene.a.get()}));
+    EXPECT_TRUE(scene.log.entries.isEmpty());
+}
+
+TEST(EnvironmentSelection, SetSelectionWhoseCandidatesAreAllRefusedReturnsFalseAndChangesNothing)
+{
+    SelectionScene scene;
+    scene.InstallFilter(new SetFilter(true, {scene.b.get(), scene.c.get()}));
+    scene.environment.AddToSelection(scene.a.get());
+    scene.log.Clear();
+    EXPECT_FALSE(scene.environment.SetSelection({scene.b.get(), scene.c.get()}));
+    EXPECT_TRUE(scene.log.entries.isEmpty());
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get()}));
+}
+
+TEST(EnvironmentSelection, SetSelectionWithTheEmptySetOnAnEmptySelectionReturnsTrueAtOnce)
+{
+    SelectionScene scene;
+    EXPECT_TRUE(scene.environment.SetSelection({}));
+    EXPECT_TRUE(scene.log.entries.isEmpty());  // not even the filter was created
+}
+
+TEST(EnvironmentSelection, SetSelectionReplacesPartOfTheSelection)
+{
+    SelectionScene scene(true);
+    scene.InstallDefaultFilter();
+    scene.environment.SetSelection({scene.a.get(), scene.b.get()});
+    scene.log.Clear();
+    EXPECT_TRUE(scene.environment.SetSelection({scene.a.get(), scene.c.get()}));
+    EXPECT_EQ(scene.log.entries, QStringList({
+                                     "env:BatchStarted",
+                                     "client:BeginBatch",
+                                     "c:SelectionStateChanged(Selected)",
+                                     "c:ChangeOccurred(8)",
+                                     "client:OnObjectChanged(c,8)",
+                                     "b:SelectionStateChanged(NotSelected)",
+                                     "b:ChangeOccurred(8)",
+                                     "client:OnObjectChanged(b,8)",
+                                     "env:VisualizationSelectionChanged({a,c},{b})",
+                                     "client:OnVisualizationSelectionChanged({a,c},{b})",
+                                     "env:BatchFinished",
+                                     "client:EndBatch",
+                                 }));
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get(), scene.c.get()}));
+}
+
+TEST(EnvironmentSelection, SetSelectionWithARefusedNewObjectStillReportsTheSelectedOne)
+{
+    SelectionScene scene;
+    scene.InstallFilter(new SetFilter(true, {scene.b.get()}));
+    scene.environment.AddToSelection(scene.a.get());
+    scene.log.Clear();
+    EXPECT_TRUE(scene.environment.SetSelection({scene.a.get(), scene.b.get()}));
+    EXPECT_EQ(scene.log.entries, QStringList({
+                                     "env:BatchStarted",
+                                     "env:VisualizationSelectionChanged({a},{})",
+                                     "env:BatchFinished",
+                                 }));
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get()}));
+    EXPECT_EQ(scene.b->GetSelectionState(), KEZVisObject::NotSelected);
+}
+
+TEST(EnvironmentSelection, SetSelectionKeepsASelectedObjectThatIsNamedButRefused)
+{
+    SelectionScene scene;
+    auto *filter = new SetFilter(true);
+    scene.InstallFilter(filter);
+    scene.environment.SetSelection({scene.a.get(), scene.b.get()});
+    filter->refused.insert(scene.a.get());  // a change of an installed filter deselects nothing
+    scene.log.Clear();
+    EXPECT_TRUE(scene.environment.SetSelection({scene.a.get(), scene.c.get()}));
+    EXPECT_EQ(scene.log.entries, QStringList({
+                                     "env:BatchStarted",
+                                     "c:SelectionStateChanged(Selected)",
+                                     "c:ChangeOccurred(8)",
+                                     "b:SelectionStateChanged(NotSelected)",
+                                     "b:ChangeOccurred(8)",
+                                     "env:VisualizationSelectionChanged({c},{b})",
+                                     "env:BatchFinished",
+                                 }));
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get(), scene.c.get()}));
+}
+
+TEST(EnvironmentSelection, SetSelectionUnderSingleSelectionKeepsOneCandidateAndDropsTheOthers)
+{
+    SelectionScene scene(true);
+    scene.InstallFilter(new SetFilter(false, {scene.c.get()}));
+    scene.log.Clear();
+    EXPECT_TRUE(scene.environment.SetSelection({scene.a.get(), scene.b.get(), scene.c.get()}));
+    const QSet<KEZVisObject *> selection = scene.environment.GetVisualizationSelection();
+    ASSERT_EQ(selection.size(), 1);
+    KEZVisObject *kept = *selection.cbegin();
+    ASSERT_TRUE(kept == scene.a.get() || kept == scene.b.get());  // which one is arbitrary
+    const QString name = Name(kept);
+    EXPECT_EQ(scene.log.entries, QStringList({
+                                     "env:BatchStarted",
+                                     "client:BeginBatch",
+                                     name + ":SelectionStateChanged(Selected)",
+                                     name + ":ChangeOccurred(8)",
+                                     "client:OnObjectChanged(" + name + ",8)",
+                                     "env:VisualizationSelectionChanged({" + name + "},{})",
+                                     "client:OnVisualizationSelectionChanged({" + name + "},{})",
+                                     "env:BatchFinished",
+                                     "client:EndBatch",
+                                 }));
+}
+
+TEST(EnvironmentSelection, SetSelectionUnderSingleSelectionMayLeaveTwoObjectsSelected)
+{
+    SelectionScene scene;
+    scene.InstallFilter(new SetFilter(false));
+    scene.environment.AddToSelection(scene.a.get());
+    scene.log.Clear();
+    EXPECT_TRUE(scene.environment.SetSelection({scene.a.get(), scene.b.get()}));
+    const QSet<KEZVisObject *> selection = scene.environment.GetVisualizationSelection();
+    // The candidate kept is arbitrary: a keeps the selection as it was, b joins a.
+    if (selection.size() == 1) {
+        EXPECT_EQ(selection, QSet<KEZVisObject *>({scene.a.get()}));
+        EXPECT_EQ(scene.log.entries, QStringList({"env:BatchStarted", "env:VisualizationSelectionChanged({a},{})",
+                                                  "env:BatchFinished"}));
+    } else {
+        EXPECT_EQ(selection, QSet<KEZVisObject *>({scene.a.get(), scene.b.get()}));
+        EXPECT_EQ(scene.log.entries,
+                  QStringList({"env:BatchStarted", "b:SelectionStateChanged(Selected)", "b:ChangeOccurred(8)",
+                               "env:VisualizationSelectionChanged({b},{})", "env:BatchFinished"}));
+    }
+}
+
+TEST(EnvironmentSelection, SetSelectionWithTheEmptySetDeselectsEverythingWithoutAskingTheFilter)
+{
+    SelectionScene scene;
+    auto *filter = new SetFilter(true);
+    scene.InstallFilter(filter);
+    scene.environment.SetSelection({scene.a.get(), scene.b.get()});
+    filter->questions = 0;
+    scene.log.Clear();
+    EXPECT_TRUE(scene.environment.SetSelection({}));
+    EXPECT_EQ(filter->questions, 0);
+    EXPECT_TRUE(scene.environment.GetVisualizationSelection().isEmpty());
+    EXPECT_EQ(scene.log.entries.first(), "env:BatchStarted");
+    EXPECT_EQ(scene.log.entries.size(), 7);
+    EXPECT_TRUE(scene.log.entries.contains("a:SelectionStateChanged(NotSelected)"));
+    EXPECT_TRUE(scene.log.entries.contains("b:SelectionStateChanged(NotSelected)"));
+    EXPECT_EQ(scene.log.entries.at(5), "env:VisualizationSelectionChanged({},{a,b})");
+    EXPECT_EQ(scene.log.entries.last(), "env:BatchFinished");
+}
+
+TEST(EnvironmentSelection, SetSelectionIgnoresNullEntries)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    EXPECT_TRUE(scene.environment.SetSelection({scene.a.get(), nullptr}));
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get()}));
+    EXPECT_FALSE(scene.environment.SetSelection({nullptr}));
+}
+
+// --- Preselection ----------------------------------------------------------------
+
+TEST(EnvironmentSelection, SetPreSelectedObjectsIsAQuery)
+{
+    SelectionScene scene;
+    scene.InstallFilter(new SetFilter(true, {scene.b.get()}));
+    EXPECT_TRUE(scene.environment.SetPreSelectedObjects({}));
+    EXPECT_FALSE(scene.environment.SetPreSelectedObjects({scene.b.get()}));
+    EXPECT_FALSE(scene.environment.SetPreSelectedObjects({nullptr}));
+    EXPECT_TRUE(scene.environment.SetPreSelectedObjects({scene.a.get(), scene.b.get()}));
+    EXPECT_TRUE(scene.environment.GetPreSelectedObjects().isEmpty());
+    EXPECT_EQ(scene.a->GetSelectionState(), KEZVisObject::NotSelected);
+    EXPECT_TRUE(scene.log.entries.isEmpty());
+}
+
+TEST(EnvironmentSelection, SetPreSelectedObjectsWithTheEmptySetCreatesNoFilter)
+{
+    SelectionScene scene;
+    EXPECT_TRUE(scene.environment.SetPreSelectedObjects({}));
+    EXPECT_TRUE(scene.log.entries.isEmpty());
+}
+
+TEST(EnvironmentSelection, SetPreselectedVisualizationReplacesThePreselection)
+{
+    SelectionScene scene(true);
+    scene.environment.SetPreselectedVisualization({scene.a.get()});
+    EXPECT_EQ(scene.log.entries, QStringList({
+                                     "a:SelectionStateChanged(PreSelected)",
+                                     "a:ChangeOccurred(8)",
+                                     "client:OnObjectChanged(a,8)",
+                                     "env:VisualizationPreselectionChanged({},{a})",
+                                     "client:OnVisualizationPreselectionChanged({},{a})",
+                                 }));
+    scene.log.Clear();
+    scene.environment.SetPreselectedVisualization({scene.b.get()});
+    EXPECT_EQ(scene.log.entries, QStringList({
+                                     "a:SelectionStateChanged(NotSelected)",
+                                     "a:ChangeOccurred(8)",
+                                     "client:OnObjectChanged(a,8)",
+                                     "b:SelectionStateChanged(PreSelected)",
+                                     "b:ChangeOccurred(8)",
+                                     "client:OnObjectChanged(b,8)",
+                                     "env:VisualizationPreselectionChanged({a},{b})",
+                                     "client:OnVisualizationPreselectionChanged({a},{b})",
+                                 }));
+    EXPECT_EQ(scene.environment.GetPreSelectedObjects(), QSet<KEZVisObject *>({scene.b.get()}));
+}
+
+TEST(EnvironmentSelection, SetPreselectedVisualizationWithTheSetHeldEmitsNothing)
+{
+    SelectionScene scene;
+    scene.environment.SetPreselectedVisualization({scene.a.get()});
+    scene.log.Clear();
+    scene.environment.SetPreselectedVisualization({scene.a.get()});
+    EXPECT_TRUE(scene.log.entries.isEmpty());
+}
+
+TEST(EnvironmentSelection, SetPreselectedVisualizationOpensNoBatchAndConsultsNoFilter)
+{
+    SelectionScene scene;
+    auto *filter = new SetFilter(true, {scene.a.get()});
+    scene.InstallFilter(filter);
+    filter->questions = 0;
+    scene.environment.SetPreselectedVisualization({scene.a.get()});
+    EXPECT_EQ(filter->questions, 0);
+    EXPECT_FALSE(scene.log.entries.contains("env:BatchStarted"));
+    EXPECT_EQ(scene.a->GetSelectionState(), KEZVisObject::PreSelected);
+}
+
+TEST(EnvironmentSelection, PreselectedObjectAddedToTheSelectionStaysPreSelectedThenTurnsSelected)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    scene.environment.SetPreselectedVisualization({scene.a.get()});
+    scene.log.Clear();
+    scene.environment.AddToSelection(scene.a.get());
+    EXPECT_EQ(scene.a->GetSelectionState(), KEZVisObject::PreSelected);
+    EXPECT_EQ(scene.log.entries, QStringList({"env:BatchStarted", "env:VisualizationSelectionChanged({a},{})",
+                                              "env:BatchFinished"}));
+    scene.log.Clear();
+    scene.environment.SetPreselectedVisualization({});
+    EXPECT_EQ(scene.a->GetSelectionState(), KEZVisObject::Selected);
+    EXPECT_EQ(scene.log.entries, QStringList({"a:SelectionStateChanged(Selected)", "a:ChangeOccurred(8)",
+                                              "env:VisualizationPreselectionChanged({a},{})"}));
+}
+
+TEST(EnvironmentSelection, SelectedAndPreselectedObjectRemovedFromTheSelectionStaysPreSelectedThenTurnsNotSelected)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    scene.environment.AddToSelection(scene.a.get());
+    scene.environment.SetPreselectedVisualization({scene.a.get()});
+    EXPECT_EQ(scene.a->GetSelectionState(), KEZVisObject::PreSelected);
+    scene.log.Clear();
+    scene.environment.RemoveFromSelection(scene.a.get());
+    EXPECT_EQ(scene.a->GetSelectionState(), KEZVisObject::PreSelected);
+    EXPECT_EQ(scene.log.entries, QStringList({"env:BatchStarted", "env:VisualizationSelectionChanged({},{a})",
+                                              "env:BatchFinished"}));
+    scene.environment.SetPreselectedVisualization({});
+    EXPECT_EQ(scene.a->GetSelectionState(), KEZVisObject::NotSelected);
+}
+
+TEST(EnvironmentSelection, SetPreselectedVisualizationDropsNullEntries)
+{
+    SelectionScene scene;
+    scene.environment.SetPreselectedVisualization({nullptr, scene.a.get()});
+    EXPECT_EQ(scene.environment.GetPreSelectedObjects(), QSet<KEZVisObject *>({scene.a.get()}));
+}
+
+// --- The raw layer and the transaction ------------------------------------------
+
+TEST(EnvironmentSelection, AdditionAndRemovalOfTheSameUnselectedObjectCommitNothing)
+{
+    SelectionScene scene(true);
+    scene.environment.BeginSelection();
+    scene.environment.AddSelectedVisualization(scene.a.get());
+    scene.environment.RemoveSelectedVisualization(scene.a.get());
+    scene.environment.EndSelection();
+    EXPECT_EQ(scene.log.entries,
+              QStringList({"env:BatchStarted", "client:BeginBatch", "env:BatchFinished", "client:EndBatch"}));
+    EXPECT_EQ(scene.a->GetSelectionState(), KEZVisObject::NotSelected);
+}
+
+TEST(EnvironmentSelection, EndSelectionWithNothingPendingAndNoScopeDoesNothing)
+{
+    SelectionScene scene;
+    scene.environment.EndSelection();
+    EXPECT_TRUE(scene.log.entries.isEmpty());
+    EXPECT_FALSE(scene.environment.IsBatch());
+}
+
+TEST(EnvironmentSelection, BeginSelectionTwiceOpensOneBatch)
+{
+    SelectionScene scene;
+    scene.environment.BeginSelection();
+    scene.environment.BeginSelection();
+    EXPECT_TRUE(scene.environment.IsBatch());
+    scene.environment.EndSelection();
+    EXPECT_FALSE(scene.environment.IsBatch());
+    EXPECT_EQ(scene.log.entries, QStringList({"env:BatchStarted", "env:BatchFinished"}));
+}
+
+TEST(EnvironmentSelection, BeginSelectionWithPendingModificationsRaisesAndKeepsThem)
+{
+    SelectionScene scene;
+    scene.environment.BeginSelection();
+    scene.environment.AddSelectedVisualization(scene.a.get());
+    EXPECT_EQ(MessageOf([&]() { scene.environment.BeginSelection(); }), NotCommitted);
+    EXPECT_TRUE(scene.environment.IsBatch());
+    scene.environment.EndSelection();
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get()}));
+    EXPECT_FALSE(scene.environment.IsBatch());
+}
+
+TEST(EnvironmentSelection, PublicOperationDuringCollectionRaises)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    scene.environment.AddSelectedVisualization(scene.a.get());
+    EXPECT_EQ(MessageOf([&]() { scene.environment.AddToSelection(scene.b.get()); }), NotCommitted);
+    EXPECT_EQ(MessageOf([&]() { scene.environment.SetSelection({scene.b.get()}); }), NotCommitted);
+    scene.environment.EndSelection();
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get()}));
+}
+
+TEST(EnvironmentSelection, SetSelectedVisualizationCollectsBothDeltas)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    scene.environment.SetSelection({scene.a.get(), scene.b.get()});
+    scene.log.Clear();
+    scene.environment.BeginSelection();
+    scene.environment.SetSelectedVisualization({scene.b.get(), scene.c.get()});
+    scene.environment.EndSelection();
+    EXPECT_EQ(scene.log.entries, QStringList({
+                                     "env:BatchStarted",
+                                     "c:SelectionStateChanged(Selected)",
+                                     "c:ChangeOccurred(8)",
+                                     "a:SelectionStateChanged(NotSelected)",
+                                     "a:ChangeOccurred(8)",
+                                     "env:VisualizationSelectionChanged({c},{a})",
+                                     "env:BatchFinished",
+                                 }));
+}
+
+TEST(EnvironmentSelection, CollectingOperationsCheckNeitherTransactionNorFilter)
+{
+    SelectionScene scene;
+    scene.InstallFilter(new SetFilter(true, {scene.a.get()}));
+    scene.environment.AddSelectedVisualization(scene.a.get());  // refused by the filter, no transaction open
+    scene.environment.EndSelection();
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get()}));
+    EXPECT_EQ(scene.log.entries, QStringList({"a:SelectionStateChanged(Selected)", "a:ChangeOccurred(8)",
+                                              "env:VisualizationSelectionChanged({a},{})"}));
+}
+
+TEST(EnvironmentSelection, RemovalOfAnUnselectedObjectIsDropped)
+{
+    SelectionScene scene;
+    scene.environment.BeginSelection();
+    scene.environment.AddSelectedVisualization(scene.a.get());
+    scene.environment.RemoveSelectedVisualization(scene.b.get());
+    scene.environment.EndSelection();
+    EXPECT_EQ(scene.log.entries, QStringList({"env:BatchStarted", "a:SelectionStateChanged(Selected)",
+                                              "a:ChangeOccurred(8)", "env:VisualizationSelectionChanged({a},{})",
+                                              "env:BatchFinished"}));
+}
+
+TEST(EnvironmentSelection, StateListenersSeeTheSelectionOfTheirStep)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    scene.environment.AddToSelection(scene.a.get());
+    QStringList seen;
+    const auto record = [&](const QString &who) {
+        seen.append(who + Names(scene.environment.GetVisualizationSelection()));
+    };
+    QObject::connect(scene.b.get(), &KEZVisObject::SelectionStateChanged, scene.b.get(), [&]() { record("b"); });
+    QObject::connect(scene.a.get(), &KEZVisObject::SelectionStateChanged, scene.a.get(), [&]() { record("a"); });
+    QObject::connect(&scene.environment, &KEZVisEnvironment::VisualizationSelectionChanged, &scene.environment,
+                     [&]() { record("env"); });
+    scene.environment.BeginSelection();
+    scene.environment.AddSelectedVisualization(scene.b.get());
+    scene.environment.RemoveSelectedVisualization(scene.a.get());
+    scene.environment.EndSelection();
+    EXPECT_EQ(seen, QStringList({"b{a}", "a{a,b}", "env{b}"}));
+}
+
+TEST(EnvironmentSelection, AddToSelectionFromASelectionChangedHandlerRaises)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    QString message;
+    QObject::connect(&scene.environment, &KEZVisEnvironment::VisualizationSelectionChanged, &scene.environment,
+                     [&]() { message = MessageOf([&]() { scene.environment.AddToSelection(scene.b.get()); }); });
+    EXPECT_TRUE(scene.environment.AddToSelection(scene.a.get()));
+    EXPECT_EQ(message, NotCommitted);
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get()}));
+    EXPECT_EQ(scene.log.entries.last(), "env:BatchFinished");
+    EXPECT_FALSE(scene.environment.IsBatch());
+}
+
+TEST(EnvironmentSelection, AddToSelectionFromAStateHandlerRaises)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    QString message;
+    QObject::connect(scene.a.get(), &KEZVisObject::ChangeOccurred, scene.a.get(),
+                     [&]() { message = MessageOf([&]() { scene.environment.RemoveFromSelection(scene.a.get()); }); });
+    scene.environment.AddToSelection(scene.a.get());
+    // RemoveFromSelection finds a not yet in the selection and does nothing; a
+    // selection change in the handler does reach the guard:
+    EXPECT_TRUE(message.isEmpty());
+    QObject::disconnect(scene.a.get(), &KEZVisObject::ChangeOccurred, scene.a.get(), nullptr);
+    QObject::connect(scene.b.get(), &KEZVisObject::ChangeOccurred, scene.b.get(),
+                     [&]() { message = MessageOf([&]() { scene.environment.SetSelection({scene.c.get()}); }); });
+    scene.environment.AddToSelection(scene.b.get());
+    EXPECT_EQ(message, NotCommitted);
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get(), scene.b.get()}));
+}
+
+TEST(EnvironmentSelection, UncaughtExceptionOfAListenerEndsTheTransactionAndGoesOn)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    bool raise = true;
+    QObject::connect(&scene.environment, &KEZVisEnvironment::VisualizationSelectionChanged, &scene.environment,
+                     [&]() {
+                         if (raise)
+                             scene.environment.AddToSelection(scene.b.get());
+                     });
+    EXPECT_EQ(MessageOf([&]() { scene.environment.AddToSelection(scene.a.get()); }), NotCommitted);
+    EXPECT_FALSE(scene.environment.IsBatch());
+    EXPECT_EQ(scene.log.entries.last(), "env:BatchFinished");
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get()}));
+    raise = false;
+    EXPECT_TRUE(scene.environment.AddToSelection(scene.c.get()));  // the environment is usable again
+}
+
+TEST(EnvironmentSelection, BatchFinishedHandlerMayOpenAFreshTransaction)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    bool once = true;
+    bool result = false;
+    QObject::connect(&scene.environment, &KEZVisEnvironment::BatchFinished, &scene.environment, [&]() {
+        if (once) {
+            once = false;
+            result = scene.environment.AddToSelection(scene.b.get());
+        }
+    });
+    scene.environment.AddToSelection(scene.a.get());
+    EXPECT_TRUE(result);
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get(), scene.b.get()}));
+}
+
+TEST(EnvironmentSelection, SelectionIgnoresSelectabilityVisibilityAndSelectionEnabled)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    scene.a->Hide();
+    ASSERT_FALSE(scene.a->IsSelectable());
+    ASSERT_FALSE(scene.environment.IsSelectionEnabled());
+    EXPECT_TRUE(scene.environment.AddToSelection(scene.a.get()));
+    scene.b->EnableSelection();
+    scene.environment.AddToSelection(scene.b.get());
+    scene.b->DisableSelection();
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get(), scene.b.get()}));
+    EXPECT_EQ(scene.b->GetSelectionState(), KEZVisObject::Selected);
+}
+
+// --- SetSelectionFilter -------------------------------------------------------------
+
+TEST(EnvironmentSelection, NewFilterDeselectsWhatItRefusesBeforeItIsAnnounced)
+{
+    SelectionScene scene(true);
+    scene.InstallDefaultFilter();
+    scene.environment.SetSelection({scene.a.get(), scene.b.get()});
+    scene.log.Clear();
+    scene.environment.SetSelectionFilter(new SetFilter(false, {scene.a.get()}));
+    EXPECT_EQ(scene.log.entries, QStringList({
+                                     "env:BatchStarted",
+                                     "client:BeginBatch",
+                                     "a:SelectionStateChanged(NotSelected)",
+                                     "a:ChangeOccurred(8)",
+                                     "client:OnObjectChanged(a,8)",
+                                     "env:VisualizationSelectionChanged({},{a})",
+                                     "client:OnVisualizationSelectionChanged({},{a})",
+                                     "env:BatchFinished",
+                                     "client:EndBatch",
+                                     "env:SelectionFilterChanged",
+                                 }));
+    // The new filter is single-selection but the remaining selection isn't cut down.
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.b.get()}));
+}
+
+TEST(EnvironmentSelection, InstallingASingleSelectionFilterKeepsAMultipleSelection)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    scene.environment.SetSelection({scene.a.get(), scene.b.get()});
+    scene.log.Clear();
+    scene.environment.SetSelectionFilter(new SetFilter(false));
+    EXPECT_EQ(scene.log.entries, QStringList({"env:BatchStarted", "env:BatchFinished", "env:SelectionFilterChanged"}));
+    EXPECT_EQ(scene.environment.GetVisualizationSelection().size(), 2);
+}
+
+TEST(EnvironmentSelection, NullFilterInstallsTheDefaultAndAnnouncesIt)
+{
+    SelectionScene scene;
+    QSignalSpy filterSpy(&scene.environment, &KEZVisEnvironment::SelectionFilterChanged);
+    scene.environment.SetSelectionFilter(nullptr);
+    ASSERT_EQ(filterSpy.count(), 1);
+    auto *filter = filterSpy.at(0).at(0).value<KEZVisSelectionFilter *>();
+    EXPECT_EQ(filter, scene.environment.GetSelectionFilter());
+    EXPECT_NE(qobject_cast<KEZVisCompoundFilter *>(filter), nullptr);
+}
+
+TEST(EnvironmentSelection, ReplacedFilterIsDeletedAndTheLastDiesWithTheEnvironment)
+{
+    auto environment = std::make_unique<KEZVisEnvironment>();
+    QPointer<KEZVisSelectionFilter> first(new SetFilter(true));
+    QPointer<KEZVisSelectionFilter> second(new SetFilter(true));
+    environment->SetSelectionFilter(first.data());
+    environment->SetSelectionFilter(second.data());
+    EXPECT_TRUE(first.isNull());
+    EXPECT_FALSE(second.isNull());
+    EXPECT_EQ(environment->GetSelectionFilter(), second.data());
+    environment->SetSelectionFilter(second.data());  // installing the filter in use keeps it
+    EXPECT_FALSE(second.isNull());
+    environment.reset();
+    EXPECT_TRUE(second.isNull());
+}
+
+TEST(EnvironmentSelection, SetSelectionFilterWhileModificationsArePendingRaisesWithTheFilterInstalled)
+{
+    SelectionScene scene;
+    scene.environment.AddSelectedVisualization(scene.a.get());
+    auto *filter = new SetFilter(true);
+    QSignalSpy filterSpy(&scene.environment, &KEZVisEnvironment::SelectionFilterChanged);
+    EXPECT_EQ(MessageOf([&]() { scene.environment.SetSelectionFilter(filter); }), NotCommitted);
+    EXPECT_EQ(filterSpy.count(), 0);
+    EXPECT_EQ(scene.environment.GetSelectionFilter(), filter);
+    scene.environment.EndSelection();
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get()}));
+}
+
+TEST(EnvironmentSelection, SetSelectionFilterFromAFunctionInstallsAFunctionFilter)
+{
+    SelectionScene scene;
+    KEZVisObject *refused = scene.b.get();
+    scene.environment.SetSelectionFilter(false, [refused](const KEZVisObject *o) { return o != refused; });
+    auto *filter = qobject_cast<KEZVisFunctionFilter *>(scene.environment.GetSelectionFilter());
+    ASSERT_NE(filter, nullptr);
+    EXPECT_FALSE(filter->IsMultiSelection());
+    EXPECT_FALSE(scene.environment.AddToSelection(scene.b.get()));
+    EXPECT_TRUE(scene.environment.AddToSelection(scene.a.get()));
+}
+
+TEST(EnvironmentSelection, EmptyFunctionFilterRaisesBadFunctionCallAndChangesNothing)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    scene.environment.AddToSelection(scene.a.get());
+    EXPECT_THROW(scene.environment.SetSelectionFilter(true, std::function<bool(const KEZVisObject *)>()),
+                 std::bad_function_call);
+    EXPECT_FALSE(scene.environment.IsBatch());
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.a.get()}));
+    scene.log.Clear();
+    EXPECT_THROW(scene.environment.AddToSelection(scene.b.get()), std::bad_function_call);
+    EXPECT_THROW(scene.environment.SetSelection({scene.b.get()}), std::bad_function_call);
+    EXPECT_TRUE(scene.log.entries.isEmpty());
+    scene.environment.RemoveFromSelection(scene.a.get());  // needs no filter, still works
+    EXPECT_TRUE(scene.environment.GetVisualizationSelection().isEmpty());
+}
+
+// --- Objects that die ----------------------------------------------------------------
+
+TEST(EnvironmentSelection, ObjectDestroyedWhileSelectedAndPreselectedLeavesBothWithoutSelectionSignal)
+{
+    SelectionScene scene(true);
+    scene.InstallDefaultFilter();
+    scene.environment.SetSelection({scene.a.get(), scene.b.get()});
+    scene.environment.SetPreselectedVisualization({scene.a.get()});
+    scene.log.Clear();
+    scene.a.reset();
+    EXPECT_EQ(scene.log.entries, QStringList({"env:ObjectRemoved(a)", "client:OnObjectRemoved(a)"}));
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.b.get()}));
+    EXPECT_TRUE(scene.environment.GetPreSelectedObjects().isEmpty());
+    EXPECT_EQ(scene.environment.GetVirtualObjects(),
+              QList<KEZVisVirtualObject *>({scene.b.get(), scene.c.get()}));
+}
+
+TEST(EnvironmentSelection, ObjectDestroyedWhilePendingLeavesThePendingSets)
+{
+    SelectionScene scene;
+    scene.environment.BeginSelection();
+    scene.environment.AddSelectedVisualization(scene.a.get());
+    scene.environment.AddSelectedVisualization(scene.b.get());
+    scene.a.reset();
+    scene.environment.EndSelection();
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.b.get()}));
+    EXPECT_EQ(scene.log.entries.last(), "env:BatchFinished");
+}
+
+TEST(EnvironmentSelection, ObjectDestroyedByAStateListenerDuringTheCommitIsSkipped)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    // Whichever of a and b changes state first destroys the other.
+    QObject::connect(scene.a.get(), &KEZVisObject::SelectionStateChanged, scene.a.get(), [&]() { scene.b.reset(); });
+    QObject::connect(scene.b.get(), &KEZVisObject::SelectionStateChanged, scene.b.get(), [&]() { scene.a.reset(); });
+    EXPECT_TRUE(scene.environment.SetSelection({scene.a.get(), scene.b.get()}));
+    const QSet<KEZVisObject *> selection = scene.environment.GetVisualizationSelection();
+    ASSERT_EQ(selection.size(), 1);
+    KEZVisObject *survivor = scene.a ? static_cast<KEZVisObject *>(scene.a.get()) : scene.b.get();
+    ASSERT_NE(survivor, nullptr);
+    EXPECT_EQ(selection, QSet<KEZVisObject *>({survivor}));
+    EXPECT_EQ(survivor->GetSelectionState(), KEZVisObject::Selected);
+}

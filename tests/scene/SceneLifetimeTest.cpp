@@ -1,0 +1,204 @@
+// Tests of the orders in which environment, objects and clients may die: no
+// crash, no call into a dead object (run under the sanitizers), and exactly
+// the reports that the surviving parts owe.
+
+#include "SceneTestSupport.h"
+
+#include "KEZVisEnvironment.h"
+#include "KEZVisVirtualObject.h"
+
+#include <QPointer>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using namespace SceneTest;
+
+namespace {
+
+// A populated scene on the heap, so that a test decides who dies first.
+struct HeapScene
+{
+    HeapScene()
+    {
+        environment = new KEZVisEnvironment;
+        environment->setObjectName("env");
+        log.WatchEnvironment(environment);
+        a = MakeObject("a", environment, &log);
+        b = MakeObject("b", environment, &log);
+        a->SetRep(new TestRep(Box(0, 0, 0, 1, 1, 1)));
+        environment->AddVirtualObject(a);
+        environment->AddVirtualObject(b);
+        client = new RecordingClient(&log);
+        client->SetEnvironment(environment);
+        environment->AddToSelection(a);
+        environment->AddToSelection(b);
+        log.Clear();
+    }
+    SceneLog log;
+    KEZVisEnvironment *environment = nullptr;
+    KEZVisVirtualObject *a = nullptr;
+    KEZVisVirtualObject *b = nullptr;
+    RecordingClient *client = nullptr;
+};
+
+} // namespace
+
+TEST(SceneLifetime, EnvironmentFirstThenObjectsThenClient)
+{
+    HeapScene scene;
+    delete scene.environment;
+    EXPECT_TRUE(scene.log.entries.isEmpty());  // neither objects nor clients are told
+    EXPECT_EQ(scene.a->GetEnvironment(), nullptr);
+    EXPECT_EQ(scene.client->GetEnvironment(), nullptr);
+    EXPECT_EQ(scene.a->GetSelectionState(), KEZVisObject::Selected);
+    scene.a->Hide();  // still reaches the client, which stays connected to the object
+    delete scene.a;
+    delete scene.b;
+    delete scene.client;
+    EXPECT_EQ(scene.log.entries,
+              QStringList({"a:VisibilityChanged(false)", "a:ChangeOccurred(4)", "client:OnObjectChanged(a,4)"}));
+}
+
+TEST(SceneLifetime, ObjectsFirstThenEnvironmentThenClient)
+{
+    HeapScene scene;
+    delete scene.a;
+    delete scene.b;
+    EXPECT_EQ(scene.log.entries, QStringList({"env:ObjectRemoved(a)", "client:OnObjectRemoved(a)",
+                                              "env:ObjectRemoved(b)", "client:OnObjectRemoved(b)"}));
+    EXPECT_TRUE(scene.environment->GetVirtualObjects().isEmpty());
+    EXPECT_TRUE(scene.environment->GetVisualizationSelection().isEmpty());
+    scene.log.Clear();
+    delete scene.environment;
+    delete scene.client;
+    EXPECT_TRUE(scene.log.entries.isEmpty());
+}
+
+TEST(SceneLifetime, ObjectsInReverseOrderThenClientThenEnvironment)
+{
+    HeapScene scene;
+    delete scene.b;
+    delete scene.a;
+    delete scene.client;
+    EXPECT_EQ(scene.log.entries, QStringList({"env:ObjectRemoved(b)", "client:OnObjectRemoved(b)",
+                                              "env:ObjectRemoved(a)", "client:OnObjectRemoved(a)"}));
+    delete scene.environment;
+}
+
+TEST(SceneLifetime, ClientFirstThenObjectsThenEnvironment)
+{
+    HeapScene scene;
+    delete scene.client;
+    EXPECT_TRUE(scene.log.entries.isEmpty());  // the environment isn't told
+    scene.a->SetLabel("x");
+    scene.environment->RemoveFromSelection(scene.a);
+    delete scene.a;
+    delete scene.b;
+    delete scene.environment;
+    EXPECT_EQ(scene.log.entries, QStringList({
+                                     "a:LabelChanged(x)",
+                                     "a:ChangeOccurred(2)",
+                                     "env:BatchStarted",
+                                     "a:SelectionStateChanged(NotSelected)",
+                                     "a:ChangeOccurred(8)",
+                                     "env:VisualizationSelectionChanged({},{a})",
+                                     "env:BatchFinished",
+                                     "env:ObjectRemoved(a)",
+                                     "env:ObjectRemoved(b)",
+                                 }));
+}
+
+TEST(SceneLifetime, ClientFirstThenEnvironmentThenObjects)
+{
+    HeapScene scene;
+    delete scene.client;
+    delete scene.environment;
+    delete scene.b;
+    delete scene.a;
+    EXPECT_TRUE(scene.log.entries.isEmpty());
+}
+
+TEST(SceneLifetime, ClientThatDeletesAnObjectWhileDetachingStopsNothingElse)
+{
+    HeapScene scene;
+    // While the client takes leave of the environment it deletes b: the
+    // environment reports b's death at once, inside the leave-taking.
+    scene.client->onObjectRemovedHook = [&scene](KEZVisObject *object) {
+        if (object == scene.a) {
+            delete scene.b;
+            scene.b = nullptr;
+        }
+    };
+    scene.client->SetEnvironment(nullptr);
+    scene.client->onObjectRemovedHook = nullptr;
+    EXPECT_EQ(scene.log.entries.first(), "client:BeginBatch");
+    EXPECT_TRUE(scene.log.entries.contains("env:ObjectRemoved(b)"));
+    EXPECT_EQ(scene.log.entries.last(), "client:OnEnvironmentChanged(null)");
+    delete scene.a;
+    delete scene.environment;
+    delete scene.client;
+}
+
+TEST(SceneLifetime, ClientDeletedByItsOwnHandlerDuringTheReplayMakesNoFurtherCalls)
+{
+    SceneLog log;
+    KEZVisEnvironment environment;
+    std::unique_ptr<KEZVisVirtualObject> a(MakeObject("a", &environment));
+    environment.AddVirtualObject(a.get());
+    auto *client = new RecordingClient(&log);
+    client->SetEnvironment(&environment);
+    log.Clear();
+    QPointer<RecordingClient> watch(client);
+    client->onObjectRemovedHook = [client](KEZVisObject *) { delete client; };
+    client->SetEnvironment(nullptr);
+    EXPECT_TRUE(watch.isNull());
+    EXPECT_EQ(log.entries, QStringList({"client:BeginBatch", "client:OnObjectRemoved(a)"}));
+    // The environment holds no connection to the dead client any more.
+    a->Hide();
+    environment.SetSelectionEnabled(true);
+    EXPECT_EQ(log.entries.size(), 2);
+}
+
+TEST(SceneLifetime, EnvironmentDestroyedDuringAnOpenSelectionTransactionClosesItsBatch)
+{
+    SceneLog log;
+    class OpenEnvironment : public KEZVisEnvironment
+    {
+    public:
+        using KEZVisEnvironment::AddSelectedVisualization;
+        using KEZVisEnvironment::BeginSelection;
+    };
+    auto *environment = new OpenEnvironment;
+    log.WatchEnvironment(environment);
+    std::unique_ptr<KEZVisVirtualObject> a(MakeObject("a", environment));
+    environment->BeginSelection();
+    environment->AddSelectedVisualization(a.get());
+    delete environment;
+    EXPECT_EQ(log.entries, QStringList({"env:BatchStarted", "env:BatchFinished"}));
+    EXPECT_EQ(a->GetSelectionState(), KEZVisObject::NotSelected);
+}
+
+TEST(SceneLifetime, ObjectDeletedByABatchFinishedListenerOfADyingEnvironmentReportsNothing)
+{
+    SceneLog log;
+    class OpenEnvironment : public KEZVisEnvironment
+    {
+    public:
+        using KEZVisEnvironment::BeginSelection;
+    };
+    auto *environment = new OpenEnvironment;
+    auto *a = MakeObject("a", environment);
+    environment->AddVirtualObject(a);
+    log.WatchEnvironment(environment);
+    environment->BeginSelection();
+    QObject::connect(environment, &KEZVisEnvironment::BatchFinished, environment, [&a]() {
+        delete a;
+        a = nullptr;
+    });
+    delete environment;
+    EXPECT_EQ(a, nullptr);
+    // The object died while the environment still held its state, so it was reported.
+    EXPECT_EQ(log.entries, QStringList({"env:BatchStarted", "env:BatchFinished", "env:ObjectRemoved(a)"}));
+}
