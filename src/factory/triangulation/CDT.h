@@ -1,0 +1,80 @@
+// Constrained Delaunay triangulation of a polygon with holes.
+#ifndef KEZ_TRIANGULATION_CDT_H
+#define KEZ_TRIANGULATION_CDT_H
+
+#include "Point.h"
+#include "Triangle.h"
+
+#include <memory>
+#include <vector>
+
+namespace p2t {
+
+namespace detail {
+class Sweep;
+}
+
+// Triangulates the inside of an outline with holes by a sweep-line constrained Delaunay
+// triangulation (Domiter and Zalik): the points are swept in order of y and then x over an advancing
+// front that starts on two artificial points placed below the point cloud, every new triangle is
+// legalised by edge flips, basins and small holes of the front are filled, every constrained edge is
+// inserted when the sweep reaches its upper end, and the triangles inside the outline are collected at
+// the end.
+//
+// The result is a true constrained Delaunay triangulation: every edge between two result triangles
+// that is not an outline or hole edge is locally Delaunay, judged with exact predicates. Where several
+// such triangulations exist (four or more co-circular points) the result is still a deterministic
+// function of the input.
+//
+// Input conventions:
+// - Rings are closed implicitly: the last point connects to the first. Orientation does not matter;
+//   the inside of the outline is the side its signed area says.
+// - Points are borrowed, never owned; result triangles refer to them. Points with identical
+//   coordinates are merged into one vertex, represented by the first of them that was passed in (the
+//   outline before the holes, each in order). Null pointers in a ring are skipped.
+// - Holes are only constraints: a hole ring of one point adds a vertex, of two points a segment.
+// - A point lying on a constrained edge splits that edge there. Constrained edges that cross each
+//   other are not supported: the sweep stops at the first such crossing (see below).
+// - Outlines with fewer than three distinct points, a point cloud without extent in x or in y, or any
+//   coordinate that is not finite give no triangles.
+// - Collinearity is judged with the tolerance 1e-12 on coordinates scaled by a power of two to bring
+//   the extent of the point cloud into [0.5, 1), so tiny and huge polygons behave like unit-sized
+//   ones. The artificial points lie 0.3 times the cloud's extent in x and in y beyond its lower
+//   corners.
+//
+// Robustness: Triangulate never throws for trouble in the geometry and never hangs. If the sweep hits
+// a situation it cannot handle (a std::runtime_error raised while sweeping, such as "[Unsupported]
+// Opposing point on constrained edge" for crossing constrained edges), it stops there: points not yet
+// reached stay out, the final stage collects what is reachable from the outline's first edge, and
+// GetTriangles gives that partial mesh. Situations that can only arise from an internal inconsistency
+// give up the affected constrained edge with a line in the Qt debug log of the category
+// "kez.visualization.triangulation".
+class CDT
+{
+public:
+    // Starts a triangulation of the inside of polyline.
+    explicit CDT(const std::vector<Point *> &polyline);
+    ~CDT();
+
+    CDT(const CDT &) = delete;
+    CDT &operator=(const CDT &) = delete;
+
+    // Adds a hole; holes are cut out of the outline's inside.
+    void AddHole(const std::vector<Point *> &polyline);
+
+    // Computes the triangulation. Calling it again recomputes it from the same input.
+    void Triangulate();
+
+    // The triangles inside the outline and outside the holes, each counter-clockwise. The pointers
+    // stay valid until the CDT is deleted or triangulated again.
+    std::vector<Triangle *> GetTriangles() const;
+
+private:
+    std::vector<std::vector<Point *>> m_rings;
+    std::vector<Triangle> m_triangles;
+    std::vector<Triangle *> m_trianglePointers;
+};
+
+} // namespace p2t
+
+#endif

@@ -1,0 +1,254 @@
+// Exact orientation and in-circle signs.
+//
+// Each test first evaluates its determinant in plain double arithmetic together with a bound on the
+// rounding error of that evaluation; when the value lies farther from zero than the bound, its sign is
+// certain. Otherwise the determinant is recomputed without any rounding as a floating-point expansion:
+// a sum of non-overlapping doubles, ordered by increasing magnitude, whose largest component carries
+// the sign. The expansion operations are the classic error-free transformations (the sum and the
+// product of two doubles written exactly as a rounded result plus its error) and the expansion growth
+// and scaling built from them.
+#include "Predicates_p.h"
+
+#include <cmath>
+#include <cstddef>
+
+namespace p2t {
+namespace detail {
+namespace {
+
+constexpr double kUnitRoundoff = 1.1102230246251565e-16; // 2^-53
+constexpr double kOrientErrorBound = (3.0 + 16.0 * kUnitRoundoff) * kUnitRoundoff;
+constexpr double kInCircleErrorBound = (10.0 + 96.0 * kUnitRoundoff) * kUnitRoundoff;
+constexpr double kSplitter = 134217729.0; // 2^27 + 1, splits a double into two 26-bit halves
+
+// s + e == a + b exactly, s the rounded sum.
+inline void ExactSum(double a, double b, double &s, double &e)
+{
+    s = a + b;
+    const double bVirtual = s - a;
+    const double aVirtual = s - bVirtual;
+    e = (a - aVirtual) + (b - bVirtual);
+}
+
+inline void Split(double a, double &high, double &low)
+{
+    const double c = kSplitter * a;
+    const double big = c - a;
+    high = c - big;
+    low = a - high;
+}
+
+// p + e == a * b exactly, p the rounded product.
+inline void ExactProduct(double a, double b, double &p, double &e)
+{
+    p = a * b;
+    double aHigh, aLow, bHigh, bLow;
+    Split(a, aHigh, aLow);
+    Split(b, bHigh, bLow);
+    e = aLow * bLow - (((p - aHigh * bHigh) - aLow * bHigh) - aHigh * bLow);
+}
+
+// A fixed-capacity expansion. Components are non-overlapping, ordered by increasing magnitude, and
+// carry no zeros; an empty expansion is zero. Capacities are chosen per use so that no result can
+// outgrow its storage.
+template <int Capacity>
+struct Expansion
+{
+    double c[Capacity];
+    int size = 0;
+
+    void Push(double value)
+    {
+        if (value != 0.0)
+            c[size++] = value;
+    }
+    int Sign() const
+    {
+        if (size == 0)
+            return 0;
+        return c[size - 1] > 0.0 ? 1 : -1;
+    }
+};
+
+// acc += f, by growing acc with each component of f in turn (each growth is exact).
+template <int A, int F>
+void AddInto(Expansion<A> &acc, const Expansion<F> &f)
+{
+    static_assert(A >= F, "accumulator too small");
+    for (int i = 0; i < f.size; ++i) {
+        double q = f.c[i];
+        int out = 0;
+        for (int k = 0; k < acc.size; ++k) {
+            double sum, err;
+            ExactSum(q, acc.c[k], sum, err);
+            if (err != 0.0)
+                acc.c[out++] = err; // out <= k: writes never overtake reads
+            q = sum;
+        }
+        acc.size = out;
+        acc.Push(q);
+    }
+}
+
+// out = e * b.
+template <int E, int O>
+void Scale(const Expansion<E> &e, double b, Expansion<O> &out)
+{
+    static_assert(O >= 2 * E, "scale result too small");
+    out.size = 0;
+    if (e.size == 0 || b == 0.0)
+        return;
+    double q, err;
+    ExactProduct(e.c[0], b, q, err);
+    out.Push(err);
+    for (int i = 1; i < e.size; ++i) {
+        double product, productErr;
+        ExactProduct(e.c[i], b, product, productErr);
+        double sum, sumErr;
+        ExactSum(q, productErr, sum, sumErr);
+        out.Push(sumErr);
+        ExactSum(product, sum, q, err);
+        out.Push(err);
+    }
+    out.Push(q);
+}
+
+// out = e * f.
+template <int E, int F, int O>
+void Multiply(const Expansion<E> &e, const Expansion<F> &f, Expansion<O> &out)
+{
+    static_assert(O >= 2 * E * F, "product too small");
+    out.size = 0;
+    Expansion<2 * E> term;
+    for (int i = 0; i < f.size; ++i) {
+        Scale(e, f.c[i], term);
+        AddInto(out, term);
+    }
+}
+
+template <int E>
+void Negate(Expansion<E> &e)
+{
+    for (int i = 0; i < e.size; ++i)
+        e.c[i] = -e.c[i];
+}
+
+using Pair = Expansion<2>;
+
+// The exact difference a - b.
+void Difference(double a, double b, Pair &out)
+{
+    double s, e;
+    ExactSum(a, -b, s, e);
+    out.size = 0;
+    out.Push(e);
+    out.Push(s);
+}
+
+// out = p * q - r * s for exact differences.
+void CrossTerm(const Pair &p, const Pair &q, const Pair &r, const Pair &s, Expansion<16> &out)
+{
+    Expansion<8> right;
+    Multiply(p, q, out);
+    Multiply(r, s, right);
+    Negate(right);
+    AddInto(out, right);
+}
+
+// out = u * u + v * v for exact differences.
+void Lift(const Pair &u, const Pair &v, Expansion<16> &out)
+{
+    Expansion<8> vv;
+    Multiply(u, u, out);
+    Multiply(v, v, vv);
+    AddInto(out, vv);
+}
+
+int OrientExact(double ax, double ay, double bx, double by, double cx, double cy)
+{
+    Pair acx, bcy, acy, bcx;
+    Difference(ax, cx, acx);
+    Difference(by, cy, bcy);
+    Difference(ay, cy, acy);
+    Difference(bx, cx, bcx);
+    Expansion<16> det;
+    CrossTerm(acx, bcy, acy, bcx, det);
+    return det.Sign();
+}
+
+int InCircleExact(double ax, double ay, double bx, double by, double cx, double cy, double dx,
+                  double dy)
+{
+    Pair adx, ady, bdx, bdy, cdx, cdy;
+    Difference(ax, dx, adx);
+    Difference(ay, dy, ady);
+    Difference(bx, dx, bdx);
+    Difference(by, dy, bdy);
+    Difference(cx, dx, cdx);
+    Difference(cy, dy, cdy);
+
+    Expansion<16> cross, lift;
+    Expansion<512> term;
+    Expansion<1536> det;
+
+    CrossTerm(bdx, cdy, cdx, bdy, cross);
+    Lift(adx, ady, lift);
+    Multiply(lift, cross, term);
+    AddInto(det, term);
+
+    CrossTerm(cdx, ady, adx, cdy, cross);
+    Lift(bdx, bdy, lift);
+    Multiply(lift, cross, term);
+    AddInto(det, term);
+
+    CrossTerm(adx, bdy, bdx, ady, cross);
+    Lift(cdx, cdy, lift);
+    Multiply(lift, cross, term);
+    AddInto(det, term);
+    return det.Sign();
+}
+
+} // namespace
+
+int OrientSign(double ax, double ay, double bx, double by, double cx, double cy)
+{
+    const double left = (ax - cx) * (by - cy);
+    const double right = (ay - cy) * (bx - cx);
+    const double det = left - right;
+    const double bound = kOrientErrorBound * (std::fabs(left) + std::fabs(right));
+    if (det > bound)
+        return 1;
+    if (-det > bound)
+        return -1;
+    return OrientExact(ax, ay, bx, by, cx, cy);
+}
+
+int InCircleSign(double ax, double ay, double bx, double by, double cx, double cy, double dx,
+                 double dy)
+{
+    const double adx = ax - dx, ady = ay - dy;
+    const double bdx = bx - dx, bdy = by - dy;
+    const double cdx = cx - dx, cdy = cy - dy;
+
+    const double bdxcdy = bdx * cdy, cdxbdy = cdx * bdy;
+    const double cdxady = cdx * ady, adxcdy = adx * cdy;
+    const double adxbdy = adx * bdy, bdxady = bdx * ady;
+    const double aLift = adx * adx + ady * ady;
+    const double bLift = bdx * bdx + bdy * bdy;
+    const double cLift = cdx * cdx + cdy * cdy;
+
+    const double det = aLift * (bdxcdy - cdxbdy) + bLift * (cdxady - adxcdy)
+                       + cLift * (adxbdy - bdxady);
+    const double permanent = (std::fabs(bdxcdy) + std::fabs(cdxbdy)) * aLift
+                             + (std::fabs(cdxady) + std::fabs(adxcdy)) * bLift
+                             + (std::fabs(adxbdy) + std::fabs(bdxady)) * cLift;
+    const double bound = kInCircleErrorBound * permanent;
+    if (det > bound)
+        return 1;
+    if (-det > bound)
+        return -1;
+    return InCircleExact(ax, ay, bx, by, cx, cy, dx, dy);
+}
+
+} // namespace detail
+} // namespace p2t

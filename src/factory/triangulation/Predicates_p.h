@@ -1,0 +1,40 @@
+// Geometric predicates of the triangulator.
+//
+// Two kinds are offered. OrientWithTolerance is the orientation test with the triangulator's fixed
+// collinearity tolerance of 1e-12: the sweep uses it wherever it has to decide whether a point lies on
+// a line (constrained edges, the opposing point of a crossed edge). OrientSign and InCircleSign are
+// exact: a fast floating-point evaluation is trusted when its error bound proves the sign, otherwise
+// the determinant is evaluated exactly in floating-point expansion arithmetic. The exact tests keep
+// the Delaunay decisions consistent, so that the mesh does not depend on rounding and co-circular
+// points always get the same answer.
+#ifndef KEZ_TRIANGULATION_PREDICATES_P_H
+#define KEZ_TRIANGULATION_PREDICATES_P_H
+
+namespace p2t {
+namespace detail {
+
+// Collinearity tolerance of the orientation test and of the opposing-point test.
+constexpr double kCollinearTolerance = 1e-12;
+
+// Sign of the tolerance-based orientation of (a, b, c): +1 counter-clockwise, -1 clockwise,
+// 0 when the doubled signed area is within kCollinearTolerance of zero.
+inline int OrientWithTolerance(double ax, double ay, double bx, double by, double cx, double cy)
+{
+    const double value = (ax - cx) * (by - cy) - (ay - cy) * (bx - cx);
+    if (value > -kCollinearTolerance && value < kCollinearTolerance)
+        return 0;
+    return value > 0.0 ? 1 : -1;
+}
+
+// Exact sign of the orientation of (a, b, c): +1 counter-clockwise, -1 clockwise, 0 collinear.
+int OrientSign(double ax, double ay, double bx, double by, double cx, double cy);
+
+// Exact sign of the in-circle determinant: for a counter-clockwise triangle (a, b, c), +1 when d lies
+// strictly inside its circumcircle, -1 strictly outside, 0 on it.
+int InCircleSign(double ax, double ay, double bx, double by, double cx, double cy, double dx,
+                 double dy);
+
+} // namespace detail
+} // namespace p2t
+
+#endif

@@ -1,0 +1,977 @@
+// The sweep-line constrained Delaunay triangulation (after Domiter and Zalik).
+//
+// Outline of one run:
+// 1. Prepare: merge points with identical coordinates, reject input that cannot be triangulated,
+//    scale the cloud by a power of two so that its extent lies in [0.5, 1), place the two artificial
+//    points below it, and list every constrained edge under its upper end in sweep order.
+// 2. Sweep the points in order of y, then x. A point event puts a triangle on the front edge right
+//    below the new point and legalises it by flips; then small holes of the front next to the point
+//    (angles under 90 degrees) and a basin to its right are filled. Then an edge event inserts each
+//    constrained edge that ends at the point: first the part of the front that dips below the edge is
+//    filled, then the edges that the constrained edge crosses are flipped away until it is an edge of
+//    the mesh, then the edges made by those flips are legalised. A point lying on the constrained
+//    edge splits it there.
+// 3. Finalize: starting from the triangle on the inner side of the outline's first edge, collect the
+//    triangles reachable without crossing a constrained edge, run a closing Delaunay pass over them,
+//    and hand them out with the caller's points.
+#include "Sweep_p.h"
+
+#include "Predicates_p.h"
+#include "TestHooks_p.h"
+#include "TriangulationLogging_p.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <stdexcept>
+
+namespace p2t {
+namespace detail {
+
+namespace {
+
+TestHooks *g_testHooks = nullptr;
+
+constexpr double kArtificialMargin = 0.3;
+
+const char *const kCollinearError = "EdgeEvent - collinear points not supported";
+const char *const kMissingTriangleError = "[BUG:FIXME] FLIP failed due to missing triangle";
+const char *const kMissingOppositeError = "[BUG:FIXME] FLIP failed due to missing opposite point";
+const char *const kConstrainedCrossingError = "[Unsupported] Opposing point on constrained edge";
+
+inline int Next3(int i) { return i == 2 ? 0 : i + 1; }
+inline int Prev3(int i) { return i == 0 ? 2 : i - 1; }
+
+} // namespace
+
+void SetTestHooks(TestHooks *hooks)
+{
+    g_testHooks = hooks;
+}
+
+Sweep::Sweep(const std::vector<std::vector<Point *>> &rings) : m_rings(rings), m_hooks(g_testHooks)
+{
+}
+
+int Sweep::Orient(int a, int b, int c) const
+{
+    return OrientWithTolerance(m_x[a], m_y[a], m_x[b], m_y[b], m_x[c], m_y[c]);
+}
+
+int Sweep::OrientExact(int a, int b, int c) const
+{
+    return OrientSign(m_x[a], m_y[a], m_x[b], m_y[b], m_x[c], m_y[c]);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Preparation
+
+bool Sweep::Prepare()
+{
+    // All non-null points, each with its ring.
+    struct Input
+    {
+        double x, y;
+        int order;
+    };
+    std::vector<Input> inputs;
+    std::vector<std::vector<int>> ringInputs(m_rings.size());
+    std::vector<Point *> inputPoints;
+    for (std::size_t r = 0; r < m_rings.size(); ++r) {
+        for (Point *point : m_rings[r]) {
+            if (!point)
+                continue;
+            if (!std::isfinite(point->x) || !std::isfinite(point->y))
+                return false;
+            const int order = static_cast<int>(inputs.size());
+            inputs.push_back({point->x, point->y, order});
+            inputPoints.push_back(point);
+            ringInputs[r].push_back(order);
+        }
+    }
+    if (inputs.size() < 3 || ringInputs.empty() || ringInputs[0].size() < 3)
+        return false;
+
+    // Merge identical coordinates; vertices come out numbered in order of x, then y. The first input
+    // point of a group represents it.
+    std::vector<int> byX(inputs.size());
+    std::iota(byX.begin(), byX.end(), 0);
+    std::sort(byX.begin(), byX.end(), [&inputs](int a, int b) {
+        const Input &p = inputs[static_cast<std::size_t>(a)];
+        const Input &q = inputs[static_cast<std::size_t>(b)];
+        if (p.x != q.x)
+            return p.x < q.x;
+        if (p.y != q.y)
+            return p.y < q.y;
+        return p.order < q.order;
+    });
+    std::vector<int> vertexOfInput(inputs.size());
+    std::vector<double> rawX, rawY;
+    rawX.reserve(inputs.size());
+    rawY.reserve(inputs.size());
+    m_points.clear();
+    for (std::size_t k = 0; k < byX.size(); ++k) {
+        const Input &in = inputs[static_cast<std::size_t>(byX[k])];
+        if (k == 0 || in.x != rawX.back() || in.y != rawY.back()) {
+            rawX.push_back(in.x);
+            rawY.push_back(in.y);
+            m_points.push_back(inputPoints[static_cast<std::size_t>(in.order)]);
+        }
+        vertexOfInput[static_cast<std::size_t>(byX[k])] = static_cast<int>(rawX.size()) - 1;
+    }
+    m_count = static_cast<int>(rawX.size());
+    if (m_count < 3)
+        return false;
+
+    // Outline without repeated neighbours.
+    m_outline.clear();
+    for (int in : ringInputs[0]) {
+        const int v = vertexOfInput[static_cast<std::size_t>(in)];
+        if (m_outline.empty() || m_outline.back() != v)
+            m_outline.push_back(v);
+    }
+    while (m_outline.size() > 1 && m_outline.back() == m_outline.front())
+        m_outline.pop_back();
+    if (m_outline.size() < 3)
+        return false;
+
+    // Extent and scale. Halves keep the differences finite for any finite input.
+    const double minX = rawX.front(), maxX = rawX.back();
+    const auto [minYIt, maxYIt] = std::minmax_element(rawY.begin(), rawY.end());
+    const double minY = *minYIt, maxY = *maxYIt;
+    if (!(maxX > minX) || !(maxY > minY))
+        return false;
+    const double halfExtent = std::max(maxX / 2 - minX / 2, maxY / 2 - minY / 2);
+    int exponent = 0;
+    std::frexp(halfExtent, &exponent);
+    const int shift = -(exponent + 1);
+
+    m_x.resize(static_cast<std::size_t>(m_count) + 2);
+    m_y.resize(static_cast<std::size_t>(m_count) + 2);
+    for (int v = 0; v < m_count; ++v) {
+        m_x[static_cast<std::size_t>(v)] = std::ldexp(rawX[static_cast<std::size_t>(v)], shift);
+        m_y[static_cast<std::size_t>(v)] = std::ldexp(rawY[static_cast<std::size_t>(v)], shift);
+    }
+    const double sMinX = std::ldexp(minX, shift), sMaxX = std::ldexp(maxX, shift);
+    const double sMinY = std::ldexp(minY, shift), sMaxY = std::ldexp(maxY, shift);
+    const double marginX = kArtificialMargin * (sMaxX - sMinX);
+    const double marginY = kArtificialMargin * (sMaxY - sMinY);
+    m_x[static_cast<std::size_t>(Tail())] = sMinX - marginX;
+    m_y[static_cast<std::size_t>(Tail())] = sMinY - marginY;
+    m_x[static_cast<std::size_t>(Head())] = sMaxX + marginX;
+    m_y[static_cast<std::size_t>(Head())] = sMinY - marginY;
+
+    // Sweep order: y, then x (vertex numbers follow x).
+    m_sweepOrder.resize(static_cast<std::size_t>(m_count));
+    std::iota(m_sweepOrder.begin(), m_sweepOrder.end(), 0);
+    std::sort(m_sweepOrder.begin(), m_sweepOrder.end(), [this](int a, int b) {
+        const double ya = m_y[static_cast<std::size_t>(a)], yb = m_y[static_cast<std::size_t>(b)];
+        return ya != yb ? ya < yb : a < b;
+    });
+    std::vector<int> sweepRank(static_cast<std::size_t>(m_count));
+    for (int k = 0; k < m_count; ++k)
+        sweepRank[static_cast<std::size_t>(m_sweepOrder[static_cast<std::size_t>(k)])] = k;
+
+    // Constrained edges of all rings, filed under their upper end, in input order.
+    std::vector<std::pair<int, int>> edges; // (upper, lower)
+    for (const auto &ring : ringInputs) {
+        const std::size_t size = ring.size();
+        if (size < 2)
+            continue;
+        const std::size_t count = size == 2 ? 1 : size;
+        for (std::size_t k = 0; k < count; ++k) {
+            const int a = vertexOfInput[static_cast<std::size_t>(ring[k])];
+            const int b = vertexOfInput[static_cast<std::size_t>(ring[(k + 1) % size])];
+            if (a == b)
+                continue;
+            if (sweepRank[static_cast<std::size_t>(a)] > sweepRank[static_cast<std::size_t>(b)])
+                edges.emplace_back(a, b);
+            else
+                edges.emplace_back(b, a);
+        }
+    }
+    m_edgeOffsets.assign(static_cast<std::size_t>(m_count) + 1, 0);
+    for (const auto &edge : edges)
+        ++m_edgeOffsets[static_cast<std::size_t>(edge.first) + 1];
+    for (int v = 0; v < m_count; ++v)
+        m_edgeOffsets[static_cast<std::size_t>(v) + 1] += m_edgeOffsets[static_cast<std::size_t>(v)];
+    m_edgeStarts.resize(edges.size());
+    std::vector<int> fill(m_edgeOffsets.begin(), m_edgeOffsets.end() - 1);
+    for (const auto &edge : edges)
+        m_edgeStarts[static_cast<std::size_t>(fill[static_cast<std::size_t>(edge.first)]++)] = edge.second;
+    return true;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Triangle pool
+
+int Sweep::NewTriangle(int a, int b, int c)
+{
+    const int t = static_cast<int>(m_tris.size());
+    m_tris.push_back(Tri{{a, b, c}, {-1, -1, -1}, 0});
+    m_vertexTriangle[static_cast<std::size_t>(a)] = t;
+    m_vertexTriangle[static_cast<std::size_t>(b)] = t;
+    m_vertexTriangle[static_cast<std::size_t>(c)] = t;
+    return t;
+}
+
+// Makes other, an existing triangle, the neighbour of t across t's edge; t takes over the edge's
+// constrained mark.
+void Sweep::LinkToExisting(int t, int edge, int other)
+{
+    Tri &tri = m_tris[static_cast<std::size_t>(t)];
+    tri.n[edge] = other;
+    if (other < 0)
+        return;
+    const int k = IndexOfThird(other, tri.v[Next3(edge)], tri.v[Prev3(edge)]);
+    Tri &o = m_tris[static_cast<std::size_t>(other)];
+    o.n[k] = t;
+    if (o.constrained & (1u << k))
+        tri.constrained = static_cast<std::uint8_t>(tri.constrained | (1u << edge));
+}
+
+void Sweep::MarkConstrained(int t, int a, int b)
+{
+    const int k = IndexOfThird(t, a, b);
+    Tri &tri = m_tris[static_cast<std::size_t>(t)];
+    tri.constrained = static_cast<std::uint8_t>(tri.constrained | (1u << k));
+    const int other = tri.n[k];
+    if (other >= 0) {
+        const int j = IndexOfThird(other, a, b);
+        Tri &o = m_tris[static_cast<std::size_t>(other)];
+        o.constrained = static_cast<std::uint8_t>(o.constrained | (1u << j));
+    }
+}
+
+// Keeps m_frontTriangle right for every front edge of t. A front edge runs left to right with its
+// triangle below, so t walks it from right to left.
+void Sweep::MapFront(int t)
+{
+    const Tri &tri = m_tris[static_cast<std::size_t>(t)];
+    for (int i = 0; i < 3; ++i) {
+        if (tri.n[i] >= 0)
+            continue;
+        const int right = tri.v[Next3(i)];
+        const int left = tri.v[Prev3(i)];
+        if (m_next[static_cast<std::size_t>(left)] == right)
+            m_frontTriangle[static_cast<std::size_t>(left)] = t;
+    }
+}
+
+void Sweep::RemoveFromFront(int v)
+{
+    const int left = m_prev[static_cast<std::size_t>(v)];
+    const int right = m_next[static_cast<std::size_t>(v)];
+    m_next[static_cast<std::size_t>(left)] = right;
+    m_prev[static_cast<std::size_t>(right)] = left;
+    m_next[static_cast<std::size_t>(v)] = -1;
+    m_prev[static_cast<std::size_t>(v)] = -1;
+    m_frontTriangle[static_cast<std::size_t>(v)] = -1;
+    m_front.Erase(Rank(v));
+}
+
+// Replaces the edge across from vertex i of t by the other diagonal of the quadrilateral that t
+// forms with its neighbour o (whose vertex j faces the same edge). With t = (a, b, c) and o's far
+// vertex q, t becomes (a, b, q) and o becomes (a, q, c); a is vertex 0 of both.
+void Sweep::Flip(int t, int i, int o, int j)
+{
+    Tri &T = m_tris[static_cast<std::size_t>(t)];
+    Tri &O = m_tris[static_cast<std::size_t>(o)];
+    const int a = T.v[i], b = T.v[Next3(i)], c = T.v[Prev3(i)];
+    const int q = O.v[j];
+    const int nCA = T.n[Next3(i)], nAB = T.n[Prev3(i)];
+    const bool cCA = T.constrained & (1u << Next3(i)), cAB = T.constrained & (1u << Prev3(i));
+    const int nBQ = O.n[Next3(j)], nQC = O.n[Prev3(j)];
+    const bool cBQ = O.constrained & (1u << Next3(j)), cQC = O.constrained & (1u << Prev3(j));
+
+    T = Tri{{a, b, q}, {nBQ, o, nAB}, static_cast<std::uint8_t>((cBQ ? 1u : 0u) | (cAB ? 4u : 0u))};
+    O = Tri{{a, q, c}, {nQC, nCA, t}, static_cast<std::uint8_t>((cQC ? 1u : 0u) | (cCA ? 2u : 0u))};
+    if (nBQ >= 0) {
+        const int k = IndexOfNeighbor(nBQ, o);
+        if (k >= 0)
+            m_tris[static_cast<std::size_t>(nBQ)].n[k] = t;
+    }
+    if (nCA >= 0) {
+        const int k = IndexOfNeighbor(nCA, t);
+        if (k >= 0)
+            m_tris[static_cast<std::size_t>(nCA)].n[k] = o;
+    }
+    m_vertexTriangle[static_cast<std::size_t>(a)] = t;
+    m_vertexTriangle[static_cast<std::size_t>(b)] = t;
+    m_vertexTriangle[static_cast<std::size_t>(q)] = t;
+    m_vertexTriangle[static_cast<std::size_t>(c)] = o;
+    if (nBQ < 0 || nAB < 0)
+        MapFront(t);
+    if (nQC < 0 || nCA < 0)
+        MapFront(o);
+}
+
+// Works off m_legalize: each entry names an edge that may fail the in-circle test; failing
+// unconstrained edges are flipped. In incremental mode the edges that a flip exposes are only the two
+// across from the vertex that caused the flip (a new point, or the apex of a filled triangle); in
+// general mode all four outer edges of the flipped quadrilateral are checked again. Answers false
+// when a flip step finds no opposite point; the pending work is then dropped.
+bool Sweep::Legalize(bool general)
+{
+    while (!m_legalize.empty()) {
+        const auto [t, i] = m_legalize.back();
+        m_legalize.pop_back();
+        const Tri &T = m_tris[static_cast<std::size_t>(t)];
+        if (T.constrained & (1u << i))
+            continue;
+        const int o = T.n[i];
+        if (o < 0)
+            continue;
+        int j = IndexOfNeighbor(o, t);
+        if (j < 0) {
+            qCDebug(lcKezTriangulation)
+                    << "Sweep::FlipEdgeEvent() FLIP failed due to missing triangle opposite point.";
+            m_legalize.clear();
+            return false;
+        }
+        const int a = T.v[i], b = T.v[Next3(i)], c = T.v[Prev3(i)];
+        const int q = m_tris[static_cast<std::size_t>(o)].v[j];
+        if (InCircleSign(m_x[a], m_y[a], m_x[b], m_y[b], m_x[c], m_y[c], m_x[q], m_y[q]) <= 0)
+            continue;
+        Flip(t, i, o, j);
+        m_legalize.emplace_back(t, 0);
+        m_legalize.emplace_back(o, 0);
+        if (general) {
+            m_legalize.emplace_back(t, 2);
+            m_legalize.emplace_back(o, 1);
+        }
+    }
+    return true;
+}
+
+// Triangles around v, in rotation order (counter-clockwise, then clockwise from the start when the
+// fan is open).
+void Sweep::CollectFan(int v)
+{
+    m_fan.clear();
+    const int start = m_vertexTriangle[static_cast<std::size_t>(v)];
+    if (start < 0 || IndexOf(start, v) < 0)
+        throw std::runtime_error(kMissingTriangleError);
+    const std::size_t limit = m_tris.size();
+    int t = start;
+    bool open = false;
+    for (;;) {
+        m_fan.push_back(t);
+        const int i = IndexOf(t, v);
+        const int next = m_tris[static_cast<std::size_t>(t)].n[Next3(i)];
+        if (next < 0) {
+            open = true;
+            break;
+        }
+        if (next == start)
+            break;
+        if (IndexOf(next, v) < 0 || m_fan.size() > limit)
+            throw std::runtime_error(kMissingTriangleError);
+        t = next;
+    }
+    if (!open)
+        return;
+    t = start;
+    for (;;) {
+        const int i = IndexOf(t, v);
+        const int next = m_tris[static_cast<std::size_t>(t)].n[Prev3(i)];
+        if (next < 0)
+            break;
+        if (IndexOf(next, v) < 0 || m_fan.size() > limit)
+            throw std::runtime_error(kMissingTriangleError);
+        m_fan.push_back(next);
+        t = next;
+    }
+}
+
+// ---------------------------------------------------------------------------------------------
+// The sweep
+
+void Sweep::SweepPoints()
+{
+    const int first = m_sweepOrder.front();
+    const int t0 = NewTriangle(Tail(), Head(), first);
+    m_next[static_cast<std::size_t>(Tail())] = first;
+    m_prev[static_cast<std::size_t>(first)] = Tail();
+    m_next[static_cast<std::size_t>(first)] = Head();
+    m_prev[static_cast<std::size_t>(Head())] = first;
+    m_frontTriangle[static_cast<std::size_t>(Tail())] = t0;
+    m_frontTriangle[static_cast<std::size_t>(first)] = t0;
+    m_front.Insert(Rank(Tail()));
+    m_front.Insert(Rank(first));
+    m_front.Insert(Rank(Head()));
+    if (m_hooks)
+        m_hooks->sweptPoints = 1;
+
+    for (int k = 1; k < m_count; ++k) {
+        if (m_hooks && m_hooks->throwBeforeSweepIndex == k)
+            throw std::runtime_error(m_hooks->throwMessage);
+        const int p = m_sweepOrder[static_cast<std::size_t>(k)];
+        PointEvent(p);
+        Verify("point event", p);
+        EdgeEvents(p);
+        Verify("edge events", p);
+        if (m_hooks)
+            m_hooks->sweptPoints = k + 1;
+    }
+}
+
+void Sweep::PointEvent(int p)
+{
+    // The front edge from node to its successor lies right below p: node.x <= p.x < next.x.
+    const int node = VertexOfRank(m_front.Predecessor(Rank(p)));
+    const int next = m_next[static_cast<std::size_t>(node)];
+    const int t = NewTriangle(node, next, p);
+    LinkToExisting(t, 2, m_frontTriangle[static_cast<std::size_t>(node)]);
+    m_next[static_cast<std::size_t>(node)] = p;
+    m_prev[static_cast<std::size_t>(p)] = node;
+    m_next[static_cast<std::size_t>(p)] = next;
+    m_prev[static_cast<std::size_t>(next)] = p;
+    m_frontTriangle[static_cast<std::size_t>(node)] = t;
+    m_frontTriangle[static_cast<std::size_t>(p)] = t;
+    m_front.Insert(Rank(p));
+    m_legalize.emplace_back(t, 2);
+    Legalize(false);
+
+    // A point right above a front vertex leaves that vertex in a valley; filling it keeps the front
+    // strictly increasing in x.
+    if (m_x[static_cast<std::size_t>(node)] == m_x[static_cast<std::size_t>(p)])
+        FillVertex(node);
+
+    FillSmallHoles(p);
+    FillBasin(p);
+}
+
+// Closes the valley at front vertex n with the triangle (n, next, previous) and takes n off the
+// front. The caller makes sure that n lies strictly below the line through its front neighbours.
+void Sweep::FillVertex(int n)
+{
+    const int left = m_prev[static_cast<std::size_t>(n)];
+    const int right = m_next[static_cast<std::size_t>(n)];
+    const int t = NewTriangle(n, right, left);
+    LinkToExisting(t, 1, m_frontTriangle[static_cast<std::size_t>(left)]);
+    LinkToExisting(t, 2, m_frontTriangle[static_cast<std::size_t>(n)]);
+    RemoveFromFront(n);
+    m_frontTriangle[static_cast<std::size_t>(left)] = t;
+    m_legalize.emplace_back(t, 1);
+    m_legalize.emplace_back(t, 2);
+    Legalize(false);
+}
+
+// Fills the front vertices next to p whose valley is narrower than a right angle.
+void Sweep::FillSmallHoles(int p)
+{
+    auto smallHole = [this](int left, int n, int right) {
+        if (OrientExact(left, right, n) >= 0)
+            return false;
+        const double lx = m_x[left] - m_x[n], ly = m_y[left] - m_y[n];
+        const double rx = m_x[right] - m_x[n], ry = m_y[right] - m_y[n];
+        return lx * rx + ly * ry > 0.0;
+    };
+    for (;;) {
+        const int n = m_next[static_cast<std::size_t>(p)];
+        if (n == Head() || !smallHole(p, n, m_next[static_cast<std::size_t>(n)]))
+            break;
+        FillVertex(n);
+    }
+    for (;;) {
+        const int n = m_prev[static_cast<std::size_t>(p)];
+        if (n == Tail() || !smallHole(m_prev[static_cast<std::size_t>(n)], n, p))
+            break;
+        FillVertex(n);
+    }
+}
+
+// A basin is a stretch of the front right of p that drops steeply and rises again. It is filled by
+// closing its valleys until the front from p to the basin's right rim has none left.
+void Sweep::FillBasin(int p)
+{
+    const int first = m_next[static_cast<std::size_t>(p)];
+    if (first == Head())
+        return;
+    if (!(m_y[p] - m_y[first] > m_x[first] - m_x[p]))
+        return;
+    int bottom = first;
+    while (m_next[static_cast<std::size_t>(bottom)] != Head()
+           && m_y[static_cast<std::size_t>(m_next[static_cast<std::size_t>(bottom)])] <= m_y[bottom])
+        bottom = m_next[static_cast<std::size_t>(bottom)];
+    int rim = bottom;
+    while (m_next[static_cast<std::size_t>(rim)] != Head()
+           && m_y[static_cast<std::size_t>(m_next[static_cast<std::size_t>(rim)])] > m_y[rim])
+        rim = m_next[static_cast<std::size_t>(rim)];
+    if (rim == bottom)
+        return;
+    int n = first;
+    while (n != rim) {
+        const int left = m_prev[static_cast<std::size_t>(n)];
+        const int right = m_next[static_cast<std::size_t>(n)];
+        if (OrientExact(left, right, n) < 0) {
+            FillVertex(n);
+            n = left == p ? m_next[static_cast<std::size_t>(p)] : left;
+        } else {
+            n = right;
+        }
+    }
+}
+
+void Sweep::EdgeEvents(int p)
+{
+    const int begin = m_edgeOffsets[static_cast<std::size_t>(p)];
+    const int end = m_edgeOffsets[static_cast<std::size_t>(p) + 1];
+    for (int k = begin; k < end; ++k)
+        EdgeEvent(m_edgeStarts[static_cast<std::size_t>(k)], p);
+}
+
+// Inserts the constrained edge from start up to the swept point p. Each round works on the part
+// from the current end down to start: it fills the front below that part, then inserts it up to the
+// first vertex that lies on it, which becomes the end of the next round. A round that finds itself
+// exactly where an earlier round of this edge was would repeat forever; the edge is given up then.
+void Sweep::EdgeEvent(int start, int p)
+{
+    m_visited.clear();
+    int end = p;
+    for (;;) {
+        const EdgeEntry entry{this, start, end, m_vertexTriangle[static_cast<std::size_t>(end)], end};
+        if (std::find(m_visited.begin(), m_visited.end(), entry) != m_visited.end()) {
+            qCDebug(lcKezTriangulation) << "[BUG:FIXME] Endless loop";
+            return;
+        }
+        m_visited.push_back(entry);
+        if (m_hooks && m_hooks->stallEdgeEvents)
+            continue;
+
+        int target = start;
+        if (m_next[static_cast<std::size_t>(end)] >= 0 && m_x[start] != m_x[end]) {
+            const int split = FillBelowSegment(start, end);
+            Verify("front fill below a constrained edge", end);
+            if (split >= 0)
+                target = split;
+        }
+        const int reached = InsertSegment(end, target);
+        Verify("constrained edge insertion", end);
+        if (reached < 0 || reached == start)
+            return;
+        end = reached;
+    }
+}
+
+// Fills the front between end (a front vertex) and start wherever it dips below the segment, so that
+// the segment lies in the triangulated region. Walks from end towards start and closes valleys
+// below the segment, stepping back after each fill to the vertex whose valley may just have formed.
+// Answers a front vertex that lies on the segment, where the caller splits the edge, or -1.
+int Sweep::FillBelowSegment(int start, int end)
+{
+    const bool leftward = m_x[start] < m_x[end];
+    const int low = leftward ? start : end;  // the segment's left end
+    const int high = leftward ? end : start; // and its right end
+    auto toward = [this, leftward](int v) {
+        return leftward ? m_prev[static_cast<std::size_t>(v)] : m_next[static_cast<std::size_t>(v)];
+    };
+    int n = toward(end);
+    for (;;) {
+        if (n == start || n < 0 || IsArtificial(n))
+            return -1;
+        if (leftward ? m_x[n] <= m_x[start] : m_x[n] >= m_x[start])
+            return -1;
+        const int side = Orient(low, high, n);
+        if (side == 0)
+            return n;
+        if (side < 0
+            && OrientExact(m_prev[static_cast<std::size_t>(n)], m_next[static_cast<std::size_t>(n)], n) < 0) {
+            const int back = leftward ? m_next[static_cast<std::size_t>(n)] : m_prev[static_cast<std::size_t>(n)];
+            FillVertex(n);
+            n = back == end ? toward(end) : back;
+            continue;
+        }
+        n = toward(n);
+    }
+}
+
+// Makes the segment from `from` to `to` an edge of the triangulation and marks it constrained, or
+// the part of it up to the first vertex that lies on it. Answers the vertex where the inserted part
+// ends, or -1 when the edge was given up.
+int Sweep::InsertSegment(int from, int to)
+{
+    CollectFan(from);
+
+    // The edge may exist already.
+    for (int t : m_fan) {
+        if (IndexOf(t, to) >= 0) {
+            MarkConstrained(t, from, to);
+            return to;
+        }
+    }
+
+    // A neighbour of `from` on the segment splits it.
+    const double dx = m_x[to] - m_x[from], dy = m_y[to] - m_y[from];
+    const double length2 = dx * dx + dy * dy;
+    int onSegment = -1, onSegmentTriangle = -1;
+    double nearest = 0.0;
+    bool beyond = false;
+    for (int t : m_fan) {
+        const int i = IndexOf(t, from);
+        for (int k : {Next3(i), Prev3(i)}) {
+            const int x = m_tris[static_cast<std::size_t>(t)].v[k];
+            if (Orient(from, to, x) != 0)
+                continue;
+            const double along = (m_x[x] - m_x[from]) * dx + (m_y[x] - m_y[from]) * dy;
+            if (along <= 0.0)
+                continue;
+            if (along >= length2) {
+                beyond = true;
+            } else if (onSegment < 0 || along < nearest) {
+                onSegment = x;
+                onSegmentTriangle = t;
+                nearest = along;
+            }
+        }
+    }
+    if (onSegment >= 0) {
+        MarkConstrained(onSegmentTriangle, from, onSegment);
+        return onSegment;
+    }
+    if (beyond)
+        throw std::runtime_error(kCollinearError);
+
+    // The triangle around `from` through which the segment leaves: its far edge runs from a vertex
+    // right of the segment to one left of it.
+    int t = -1, right = -1, left = -1;
+    for (int candidate : m_fan) {
+        const int i = IndexOf(candidate, from);
+        const int u = m_tris[static_cast<std::size_t>(candidate)].v[Next3(i)];
+        const int w = m_tris[static_cast<std::size_t>(candidate)].v[Prev3(i)];
+        if (Orient(from, to, u) < 0 && Orient(from, to, w) > 0) {
+            t = candidate;
+            right = u;
+            left = w;
+            break;
+        }
+    }
+    if (t < 0)
+        throw std::runtime_error(kMissingTriangleError);
+
+    // Walk along the segment through the triangles it crosses and queue every crossed edge, up to
+    // `to` or to the first vertex on the segment.
+    m_crossed.clear();
+    m_crossed.emplace_back(right, left);
+    int current = t;
+    int stop = -1;
+    for (std::size_t steps = 0;; ++steps) {
+        const Tri &T = m_tris[static_cast<std::size_t>(current)];
+        const int k = IndexOfThird(current, right, left);
+        if (T.constrained & (1u << k))
+            throw std::runtime_error(kConstrainedCrossingError);
+        const int next = T.n[k];
+        if (next < 0)
+            throw std::runtime_error(kMissingTriangleError);
+        const int j = IndexOfNeighbor(next, current);
+        if (j < 0 || steps > m_tris.size())
+            throw std::runtime_error(kMissingOppositeError);
+        const int x = m_tris[static_cast<std::size_t>(next)].v[j];
+        if (x == to) {
+            stop = x;
+            break;
+        }
+        const int side = Orient(from, to, x);
+        if (side == 0) {
+            const double along = (m_x[x] - m_x[from]) * dx + (m_y[x] - m_y[from]) * dy;
+            if (along <= 0.0 || along >= length2)
+                throw std::runtime_error(kCollinearError);
+            stop = x;
+            break;
+        }
+        if (side < 0)
+            right = x;
+        else
+            left = x;
+        m_crossed.emplace_back(right, left);
+        current = next;
+    }
+
+    // Flip crossed edges away. An edge whose quadrilateral is not convex waits for its neighbours;
+    // some crossed edge always has a convex one, so the queue drains. A new diagonal that still
+    // crosses goes back into the queue; the others are kept for the Delaunay pass below.
+    m_newEdges.clear();
+    std::size_t head = 0;
+    const std::size_t crossedCount = m_crossed.size();
+    const std::size_t budget = 16 * crossedCount * crossedCount + 1024;
+    for (std::size_t round = 0; head < m_crossed.size(); ++round) {
+        if (round > budget) {
+            qCDebug(lcKezTriangulation) << "[BUG:FIXME] Endless loop";
+            return -1;
+        }
+        const auto [u, w] = m_crossed[head++];
+        int ft = -1, fi = -1;
+        if (!FindEdge(u, w, ft, fi))
+            throw std::runtime_error(kMissingTriangleError);
+        const int o = m_tris[static_cast<std::size_t>(ft)].n[fi];
+        if (o < 0)
+            throw std::runtime_error(kMissingTriangleError);
+        int j = IndexOfNeighbor(o, ft);
+        if (m_hooks && m_hooks->loseOppositePoints > 0) {
+            --m_hooks->loseOppositePoints;
+            j = -1;
+        }
+        if (j < 0) {
+            qCDebug(lcKezTriangulation)
+                    << "Sweep::FlipEdgeEvent() FLIP failed due to missing triangle opposite point.";
+            return -1;
+        }
+        const int a = m_tris[static_cast<std::size_t>(ft)].v[fi];
+        const int q = m_tris[static_cast<std::size_t>(o)].v[j];
+        const int b = m_tris[static_cast<std::size_t>(ft)].v[Next3(fi)];
+        const int c = m_tris[static_cast<std::size_t>(ft)].v[Prev3(fi)];
+        if (OrientExact(a, q, b) * OrientExact(a, q, c) >= 0) {
+            m_crossed.emplace_back(u, w); // not convex yet
+            continue;
+        }
+        Flip(ft, fi, o, j);
+        const bool aOnLine = a == from || a == stop;
+        const bool qOnLine = q == from || q == stop;
+        if (!aOnLine && !qOnLine && Orient(from, to, a) != Orient(from, to, q))
+            m_crossed.emplace_back(a, q);
+        else
+            m_newEdges.emplace_back(a, q);
+        if (head > 4096 && head * 2 > m_crossed.size()) {
+            m_crossed.erase(m_crossed.begin(), m_crossed.begin() + static_cast<std::ptrdiff_t>(head));
+            head = 0;
+        }
+    }
+
+    // The segment is an edge now.
+    int st = -1, si = -1;
+    if (!FindEdge(from, stop, st, si))
+        throw std::runtime_error(kMissingTriangleError);
+    MarkConstrained(st, from, stop);
+
+    // Restore the Delaunay property around the new edges.
+    for (const auto &[u, w] : m_newEdges) {
+        int et = -1, ei = -1;
+        if (FindEdge(u, w, et, ei))
+            m_legalize.emplace_back(et, ei);
+    }
+    return Legalize(true) ? stop : -1;
+}
+
+// Finds a triangle t with the edge (u, w) and the index i of its vertex facing that edge.
+bool Sweep::FindEdge(int u, int w, int &t, int &i)
+{
+    CollectFan(u);
+    for (int candidate : m_fan) {
+        if (IndexOf(candidate, w) >= 0) {
+            t = candidate;
+            i = IndexOfThird(candidate, u, w);
+            return true;
+        }
+    }
+    return false;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Self-check for tests
+
+std::string Sweep::FindInconsistency() const
+{
+    const int count = static_cast<int>(m_tris.size());
+    for (int t = 0; t < count; ++t) {
+        const Tri &T = m_tris[static_cast<std::size_t>(t)];
+        if (OrientExact(T.v[0], T.v[1], T.v[2]) <= 0)
+            return "triangle " + std::to_string(t) + " is not counter-clockwise";
+        for (int k = 0; k < 3; ++k) {
+            const int o = T.n[k];
+            if (o < 0)
+                continue;
+            const int j = IndexOfNeighbor(o, t);
+            if (j < 0)
+                return "triangle " + std::to_string(o) + " does not point back to " + std::to_string(t);
+            const Tri &O = m_tris[static_cast<std::size_t>(o)];
+            if (O.v[Next3(j)] != T.v[Prev3(k)] || O.v[Prev3(j)] != T.v[Next3(k)])
+                return "triangles " + std::to_string(t) + " and " + std::to_string(o) + " share no edge";
+            if (((T.constrained >> k) & 1u) != ((O.constrained >> j) & 1u))
+                return "constrained marks differ between " + std::to_string(t) + " and " + std::to_string(o);
+        }
+        for (int k = 0; k < 3; ++k)
+            if (IndexOf(m_vertexTriangle[static_cast<std::size_t>(T.v[k])], T.v[k]) < 0)
+                return "vertex " + std::to_string(T.v[k]) + " has a stale triangle";
+    }
+    for (int v = Tail(); v != Head(); v = m_next[static_cast<std::size_t>(v)]) {
+        const int next = m_next[static_cast<std::size_t>(v)];
+        if (next < 0 || m_prev[static_cast<std::size_t>(next)] != v)
+            return "front broken after vertex " + std::to_string(v);
+        if (!(m_x[v] < m_x[next]))
+            return "front not increasing in x at vertex " + std::to_string(v);
+        const int t = m_frontTriangle[static_cast<std::size_t>(v)];
+        const int i = t < 0 ? -1 : IndexOf(t, next);
+        if (i < 0 || m_tris[static_cast<std::size_t>(t)].v[Next3(i)] != v
+            || m_tris[static_cast<std::size_t>(t)].n[Prev3(i)] >= 0)
+            return "front edge from vertex " + std::to_string(v) + " has a wrong triangle";
+    }
+    return std::string();
+}
+
+void Sweep::Verify(const char *where, int p)
+{
+    if (!m_hooks || !m_hooks->verifyEveryStep || !m_hooks->inconsistency.empty())
+        return;
+    const std::string problem = FindInconsistency();
+    if (!problem.empty())
+        m_hooks->inconsistency = std::string(where) + " of vertex " + std::to_string(p) + ": " + problem;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Final stage
+
+// The triangle on the inner side of the outline's first edge, found by turning around v0. The turn
+// stops at a missing neighbour instead of failing; -1 when there is no such triangle. The edge may
+// have been split by a point on it, so any constrained edge from v0 in the direction of v1 will do.
+int Sweep::FindStartTriangle(int v0, int v1, bool insideOnLeft)
+{
+    const int start = m_vertexTriangle[static_cast<std::size_t>(v0)];
+    if (start < 0 || IndexOf(start, v0) < 0)
+        return -1;
+    const double dx = m_x[v1] - m_x[v0], dy = m_y[v1] - m_y[v0];
+    auto matches = [&](int t) {
+        const int i = IndexOf(t, v0);
+        const int edge = insideOnLeft ? Prev3(i) : Next3(i);
+        const int other = m_tris[static_cast<std::size_t>(t)].v[insideOnLeft ? Next3(i) : Prev3(i)];
+        if (!(m_tris[static_cast<std::size_t>(t)].constrained & (1u << edge)))
+            return false;
+        if (other == v1)
+            return true;
+        return Orient(v0, v1, other) == 0
+               && (m_x[other] - m_x[v0]) * dx + (m_y[other] - m_y[v0]) * dy > 0.0;
+    };
+    const std::size_t limit = m_tris.size();
+    for (int direction = 0; direction < 2; ++direction) {
+        int t = start;
+        for (std::size_t steps = 0; steps <= limit; ++steps) {
+            if (matches(t))
+                return t;
+            const int i = IndexOf(t, v0);
+            const int next = m_tris[static_cast<std::size_t>(t)].n[direction == 0 ? Next3(i) : Prev3(i)];
+            if (next < 0 || next == start || IndexOf(next, v0) < 0)
+                break;
+            t = next;
+        }
+    }
+    return -1;
+}
+
+void Sweep::BreakFrontAround(int v)
+{
+    for (Tri &tri : m_tris) {
+        if (tri.v[0] == v || tri.v[1] == v || tri.v[2] == v) {
+            for (int &n : tri.n)
+                n = -1;
+        }
+    }
+}
+
+void Sweep::Finalize(std::vector<Triangle> &out)
+{
+    const int v0 = m_outline[0], v1 = m_outline[1];
+    double area2 = 0.0;
+    for (std::size_t k = 0; k < m_outline.size(); ++k) {
+        const int a = m_outline[k], b = m_outline[(k + 1) % m_outline.size()];
+        area2 += (m_x[a] - m_x[v0]) * (m_y[b] - m_y[v0]) - (m_x[b] - m_x[v0]) * (m_y[a] - m_y[v0]);
+    }
+    if (!(area2 != 0.0))
+        return;
+    if (m_hooks && m_hooks->breakFrontBeforeFinalization)
+        BreakFrontAround(v0);
+    const int start = FindStartTriangle(v0, v1, area2 > 0.0);
+    if (start < 0)
+        return;
+
+    // Collect the triangles reachable without crossing a constrained edge.
+    std::vector<char> inside(m_tris.size(), 0);
+    std::vector<int> result;
+    std::vector<int> stack{start};
+    while (!stack.empty()) {
+        const int t = stack.back();
+        stack.pop_back();
+        if (inside[static_cast<std::size_t>(t)])
+            continue;
+        const Tri &T = m_tris[static_cast<std::size_t>(t)];
+        if (IsArtificial(T.v[0]) || IsArtificial(T.v[1]) || IsArtificial(T.v[2]))
+            continue;
+        inside[static_cast<std::size_t>(t)] = 1;
+        result.push_back(t);
+        for (int k = 0; k < 3; ++k) {
+            const int n = T.n[k];
+            if (n >= 0 && !(T.constrained & (1u << k)) && !inside[static_cast<std::size_t>(n)])
+                stack.push_back(n);
+        }
+    }
+
+    // Closing Delaunay pass over the result: flips between two collected triangles keep both inside.
+    int flips = 0;
+    m_legalize.clear();
+    for (int t : result)
+        for (int k = 0; k < 3; ++k)
+            m_legalize.emplace_back(t, k);
+    while (!m_legalize.empty()) {
+        const auto [t, i] = m_legalize.back();
+        m_legalize.pop_back();
+        const Tri &T = m_tris[static_cast<std::size_t>(t)];
+        const int o = T.n[i];
+        if (o < 0 || (T.constrained & (1u << i)) || !inside[static_cast<std::size_t>(o)])
+            continue;
+        const int j = IndexOfNeighbor(o, t);
+        if (j < 0)
+            continue;
+        const int a = T.v[i], b = T.v[Next3(i)], c = T.v[Prev3(i)];
+        const int q = m_tris[static_cast<std::size_t>(o)].v[j];
+        if (InCircleSign(m_x[a], m_y[a], m_x[b], m_y[b], m_x[c], m_y[c], m_x[q], m_y[q]) <= 0)
+            continue;
+        Flip(t, i, o, j);
+        ++flips;
+        m_legalize.emplace_back(t, 0);
+        m_legalize.emplace_back(t, 2);
+        m_legalize.emplace_back(o, 0);
+        m_legalize.emplace_back(o, 1);
+    }
+    if (m_hooks)
+        m_hooks->closingFlips = flips;
+
+    out.reserve(out.size() + result.size());
+    for (int t : result) {
+        const Tri &T = m_tris[static_cast<std::size_t>(t)];
+        out.emplace_back(m_points[static_cast<std::size_t>(T.v[0])], m_points[static_cast<std::size_t>(T.v[1])],
+                         m_points[static_cast<std::size_t>(T.v[2])]);
+    }
+}
+
+// ---------------------------------------------------------------------------------------------
+
+void Sweep::Run(std::vector<Triangle> &out)
+{
+    if (m_hooks) {
+        m_hooks->caughtError.clear();
+        m_hooks->sweptPoints = 0;
+        m_hooks->closingFlips = 0;
+        m_hooks->inconsistency.clear();
+    }
+    if (!Prepare())
+        return;
+    const std::size_t vertices = static_cast<std::size_t>(m_count) + 2;
+    m_tris.clear();
+    m_tris.reserve(2 * vertices + 16);
+    m_vertexTriangle.assign(vertices, -1);
+    m_next.assign(vertices, -1);
+    m_prev.assign(vertices, -1);
+    m_frontTriangle.assign(vertices, -1);
+    m_front.Reset(m_count + 2);
+    try {
+        SweepPoints();
+    } catch (const std::runtime_error &error) {
+        // The sweep ends here; what exists so far is finalized below.
+            m_legalize.clear();
+        if (m_hooks)
+            m_hooks->caughtError = error.what();
+    }
+    Finalize(out);
+}
+
+} // namespace detail
+} // namespace p2t

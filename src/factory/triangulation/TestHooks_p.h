@@ -1,0 +1,53 @@
+// Internal test hooks of the triangulator.
+//
+// Some guards of the sweep protect against states that a consistent triangulation cannot reach: a
+// constrained-edge walk that makes no progress, a neighbour that does not point back, a constrained
+// edge that leaves the triangulated region. Tests drive those guards through these hooks, and read
+// what the last sweep did. Production code never installs hooks.
+#ifndef KEZ_TRIANGULATION_TEST_HOOKS_P_H
+#define KEZ_TRIANGULATION_TEST_HOOKS_P_H
+
+#include <string>
+
+namespace p2t {
+namespace detail {
+
+struct TestHooks
+{
+    // Inputs: how to disturb the next sweeps.
+
+    // Raise a std::runtime_error with throwMessage just before the point at this position of the
+    // sweep order (0 is the lowest point) is swept; negative for never.
+    int throwBeforeSweepIndex = -1;
+    std::string throwMessage;
+    // Re-enter every edge event with unchanged values instead of making progress.
+    bool stallEdgeEvents = false;
+    // Number of coming flip steps during constrained-edge processing that find no opposite point.
+    int loseOppositePoints = 0;
+    // Before the final stage, cut the neighbour links of every triangle around the outline's first
+    // point, one-sidedly, as a front left broken by an interrupted sweep would be.
+    bool breakFrontBeforeFinalization = false;
+
+    // Check the whole mesh and front after every point and edge event; the first inconsistency found
+    // ends up in inconsistency.
+    bool verifyEveryStep = false;
+
+    // Outputs: what the last sweep did.
+
+    std::string inconsistency;
+
+    // Message of the std::runtime_error that ended the sweep early; empty if it ran through.
+    std::string caughtError;
+    // Number of points swept before the sweep ended.
+    int sweptPoints = 0;
+    // Flips made by the closing Delaunay pass over the result.
+    int closingFlips = 0;
+};
+
+// Installs hooks for the following triangulations; nullptr removes them. Not thread-safe: tests only.
+void SetTestHooks(TestHooks *hooks);
+
+} // namespace detail
+} // namespace p2t
+
+#endif
