@@ -28,8 +28,8 @@ class KEZVISUALIZATION_EXPORT KEZVisCompoundFilter : public KEZVisSelectionFilte
     Q_OBJECT
 
 public:
-    //! How the answers of the sub-filters combine.
-    enum Type {
+    //! How the answers of the sub-filters combine. Every int is a legal value: all but AnyOf act like AllOf.
+    enum Type : int {
         AllOf = 0,  //!< every sub-filter must accept
         AnyOf = 1   //!< one sub-filter must accept
     };

@@ -256,6 +256,31 @@ TEST(Environment, RemovingASelectedObjectKeepsItsStateAndSendsNoSelectionSignal)
     EXPECT_EQ(log.entries, QStringList({"env:ObjectRemoved(a)"}));
 }
 
+TEST(Environment, RemovingAPreselectedObjectKeepsItInThePreselectionAndThePendingSets)
+{
+    class RawEnvironment : public KEZVisEnvironment
+    {
+    public:
+        using KEZVisEnvironment::AddSelectedVisualization;
+        using KEZVisEnvironment::EndSelection;
+        using KEZVisEnvironment::SetPreselectedVisualization;
+    };
+    SceneLog log;
+    RawEnvironment environment;
+    std::unique_ptr<KEZVisVirtualObject> a(MakeObject("a", &environment));
+    environment.AddVirtualObject(a.get());
+    environment.SetPreselectedVisualization({a.get()});
+    environment.AddSelectedVisualization(a.get());
+    log.WatchEnvironment(&environment);
+    environment.RemoveVirtualObject(a.get());
+    EXPECT_EQ(environment.GetPreSelectedObjects(), QSet<KEZVisObject *>({a.get()}));
+    EXPECT_EQ(a->GetSelectionState(), KEZVisObject::PreSelected);
+    // The pending addition is still there and is committed by the next EndSelection.
+    environment.EndSelection();
+    EXPECT_EQ(environment.GetVisualizationSelection(), QSet<KEZVisObject *>({a.get()}));
+    EXPECT_EQ(log.entries, QStringList({"env:ObjectRemoved(a)", "env:VisualizationSelectionChanged({a},{})"}));
+}
+
 TEST(Environment, RemoveVirtualObjectDisconnectsTheObjectFromThePrivateObject)
 {
     KEZVisEnvironment environment;

@@ -202,3 +202,27 @@ TEST(SceneLifetime, ObjectDeletedByABatchFinishedListenerOfADyingEnvironmentRepo
     // The object died while the environment still held its state, so it was reported.
     EXPECT_EQ(log.entries, QStringList({"env:BatchStarted", "env:BatchFinished", "env:ObjectRemoved(a)"}));
 }
+
+TEST(SceneLifetime, ListenerThatDestroysTheNextObjectDuringRemoveAllVirtualObjects)
+{
+    SceneLog log;
+    KEZVisEnvironment environment;
+    auto *a = MakeObject("a", &environment);
+    auto *b = MakeObject("b", &environment);
+    auto *c = MakeObject("c", &environment);
+    environment.AddVirtualObject(a);
+    environment.AddVirtualObject(b);
+    environment.AddVirtualObject(c);
+    log.WatchEnvironment(&environment);
+    QObject::connect(&environment, &KEZVisEnvironment::ObjectRemoved, &environment, [&b](KEZVisObject *object) {
+        if (object->objectName() == QLatin1String("a")) {
+            delete b;  // listed after a: the removal's own copy of the list still names it
+            b = nullptr;
+        }
+    });
+    environment.RemoveAllVirtualObjects();
+    EXPECT_EQ(log.entries, QStringList({"env:ObjectRemoved(a)", "env:ObjectRemoved(b)", "env:ObjectRemoved(c)"}));
+    EXPECT_TRUE(environment.GetVirtualObjects().isEmpty());
+    delete a;
+    delete c;
+}
