@@ -19,7 +19,8 @@ else()
 endif()
 
 run_step("${CMAKE_COMMAND}" -S "${KEZ_CONSUMER_SOURCE_DIR}" -B "${consumer_build}"
-    -G "${KEZ_GENERATOR}" "-DCMAKE_PREFIX_PATH=${prefix}" -DCMAKE_BUILD_TYPE=Debug)
+    -G "${KEZ_GENERATOR}" "-DCMAKE_PREFIX_PATH=${prefix}" -DCMAKE_BUILD_TYPE=Debug
+    "-DCMAKE_CXX_FLAGS=${KEZ_SANITIZE_FLAGS}" "-DCMAKE_EXE_LINKER_FLAGS=${KEZ_SANITIZE_FLAGS}")
 run_step("${CMAKE_COMMAND}" --build "${consumer_build}")
 run_step("${consumer_build}/KEZConsumer")
 message(STATUS "${step_output}")
