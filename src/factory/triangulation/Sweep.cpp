@@ -37,7 +37,16 @@ constexpr double kArtificialMargin = 0.3;
 const char *const kCollinearError = "EdgeEvent - collinear points not supported";
 const char *const kMissingTriangleError = "[BUG:FIXME] FLIP failed due to missing triangle";
 const char *const kMissingOppositeError = "[BUG:FIXME] FLIP failed due to missing opposite point";
+} // namespace
+
+const char *const kFanBrokenError = "[BUG:FIXME] FLIP failed due to missing triangle";
+
+namespace {
+
 const char *const kConstrainedCrossingError = "[Unsupported] Opposing point on constrained edge";
+
+// InsertSegment's answer when the front must be filled below the segment first.
+constexpr int kPocketAhead = -2;
 
 inline int Next3(int i) { return i == 2 ? 0 : i + 1; }
 inline int Prev3(int i) { return i == 0 ? 2 : i - 1; }
@@ -55,12 +64,12 @@ Sweep::Sweep(const std::vector<std::vector<Point *>> &rings) : m_rings(rings), m
 
 int Sweep::Orient(int a, int b, int c) const
 {
-    return OrientWithTolerance(m_x[a], m_y[a], m_x[b], m_y[b], m_x[c], m_y[c]);
+    return OrientWithTolerance(X(a), Y(a), X(b), Y(b), X(c), Y(c));
 }
 
 int Sweep::OrientExact(int a, int b, int c) const
 {
-    return OrientSign(m_x[a], m_y[a], m_x[b], m_y[b], m_x[c], m_y[c]);
+    return OrientSign(X(a), Y(a), X(b), Y(b), X(c), Y(c));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -92,41 +101,58 @@ bool Sweep::Prepare()
     if (inputs.size() < 3 || ringInputs.empty() || ringInputs[0].size() < 3)
         return false;
 
-    // Merge identical coordinates; vertices come out numbered in order of x, then y. The first input
-    // point of a group represents it.
-    std::vector<int> byX(inputs.size());
-    std::iota(byX.begin(), byX.end(), 0);
-    std::sort(byX.begin(), byX.end(), [&inputs](int a, int b) {
-        const Input &p = inputs[static_cast<std::size_t>(a)];
-        const Input &q = inputs[static_cast<std::size_t>(b)];
+    // Merge identical coordinates. The first input point of a group represents it.
+    std::vector<Input> byX(inputs);
+    std::sort(byX.begin(), byX.end(), [](const Input &p, const Input &q) {
         if (p.x != q.x)
             return p.x < q.x;
         if (p.y != q.y)
             return p.y < q.y;
         return p.order < q.order;
     });
-    std::vector<int> vertexOfInput(inputs.size());
-    std::vector<double> rawX, rawY;
-    rawX.reserve(inputs.size());
-    rawY.reserve(inputs.size());
-    m_points.clear();
-    for (std::size_t k = 0; k < byX.size(); ++k) {
-        const Input &in = inputs[static_cast<std::size_t>(byX[k])];
-        if (k == 0 || in.x != rawX.back() || in.y != rawY.back()) {
-            rawX.push_back(in.x);
-            rawY.push_back(in.y);
-            m_points.push_back(inputPoints[static_cast<std::size_t>(in.order)]);
-        }
-        vertexOfInput[static_cast<std::size_t>(byX[k])] = static_cast<int>(rawX.size()) - 1;
+    std::vector<int> xPositionOfInput(inputs.size());
+    std::vector<Input> unique; // one per position in x order, with its representative input point
+    unique.reserve(byX.size());
+    for (const Input &in : byX) {
+        if (unique.empty() || in.x != unique.back().x || in.y != unique.back().y)
+            unique.push_back(in);
+        xPositionOfInput[static_cast<std::size_t>(in.order)] = static_cast<int>(unique.size()) - 1;
     }
-    m_count = static_cast<int>(rawX.size());
+    std::vector<Input>().swap(byX);
+    m_count = static_cast<int>(unique.size());
     if (m_count < 3)
         return false;
+    auto rawX = [&unique](int position) { return unique[static_cast<std::size_t>(position)].x; };
+    auto rawY = [&unique](int position) { return unique[static_cast<std::size_t>(position)].y; };
+
+    // Vertices are numbered in sweep order (y, then x), which keeps the mesh's neighbours close in
+    // memory; the front index works on the rank in x (then y).
+    struct Swept
+    {
+        double y;
+        int position;
+    };
+    std::vector<Swept> swept(static_cast<std::size_t>(m_count));
+    for (int k = 0; k < m_count; ++k)
+        swept[static_cast<std::size_t>(k)] = {rawY(k), k};
+    std::sort(swept.begin(), swept.end(), [](const Swept &a, const Swept &b) {
+        return a.y != b.y ? a.y < b.y : a.position < b.position;
+    });
+    std::vector<int> sweepOrder(static_cast<std::size_t>(m_count));
+    for (int v = 0; v < m_count; ++v)
+        sweepOrder[static_cast<std::size_t>(v)] = swept[static_cast<std::size_t>(v)].position;
+    std::vector<Swept>().swap(swept);
+    std::vector<int> vertexAtX(static_cast<std::size_t>(m_count));
+    for (int v = 0; v < m_count; ++v)
+        vertexAtX[static_cast<std::size_t>(sweepOrder[static_cast<std::size_t>(v)])] = v;
 
     // Outline without repeated neighbours.
+    auto vertexOfInput = [&](int input) {
+        return vertexAtX[static_cast<std::size_t>(xPositionOfInput[static_cast<std::size_t>(input)])];
+    };
     m_outline.clear();
     for (int in : ringInputs[0]) {
-        const int v = vertexOfInput[static_cast<std::size_t>(in)];
+        const int v = vertexOfInput(in);
         if (m_outline.empty() || m_outline.back() != v)
             m_outline.push_back(v);
     }
@@ -136,9 +162,8 @@ bool Sweep::Prepare()
         return false;
 
     // Extent and scale. Halves keep the differences finite for any finite input.
-    const double minX = rawX.front(), maxX = rawX.back();
-    const auto [minYIt, maxYIt] = std::minmax_element(rawY.begin(), rawY.end());
-    const double minY = *minYIt, maxY = *maxYIt;
+    const double minX = rawX(0), maxX = rawX(m_count - 1);
+    const double minY = rawY(sweepOrder.front()), maxY = rawY(sweepOrder.back());
     if (!(maxX > minX) || !(maxY > minY))
         return false;
     const double halfExtent = std::max(maxX / 2 - minX / 2, maxY / 2 - minY / 2);
@@ -146,31 +171,31 @@ bool Sweep::Prepare()
     std::frexp(halfExtent, &exponent);
     const int shift = -(exponent + 1);
 
-    m_x.resize(static_cast<std::size_t>(m_count) + 2);
-    m_y.resize(static_cast<std::size_t>(m_count) + 2);
+    const std::size_t total = static_cast<std::size_t>(m_count) + 2;
+    m_vertices.assign(total, Vertex{});
+    m_points.resize(static_cast<std::size_t>(m_count));
+    m_rank.resize(total);
+    m_vertexOfRank.resize(total);
     for (int v = 0; v < m_count; ++v) {
-        m_x[static_cast<std::size_t>(v)] = std::ldexp(rawX[static_cast<std::size_t>(v)], shift);
-        m_y[static_cast<std::size_t>(v)] = std::ldexp(rawY[static_cast<std::size_t>(v)], shift);
+        const int position = sweepOrder[static_cast<std::size_t>(v)];
+        m_vertices[static_cast<std::size_t>(v)].x = std::ldexp(rawX(position), shift);
+        m_vertices[static_cast<std::size_t>(v)].y = std::ldexp(rawY(position), shift);
+        m_points[static_cast<std::size_t>(v)] = inputPoints[static_cast<std::size_t>(unique[static_cast<std::size_t>(position)].order)];
+        m_rank[static_cast<std::size_t>(v)] = position + 1;
+        m_vertexOfRank[static_cast<std::size_t>(position) + 1] = v;
     }
+    m_rank[static_cast<std::size_t>(Tail())] = 0;
+    m_vertexOfRank[0] = Tail();
+    m_rank[static_cast<std::size_t>(Head())] = m_count + 1;
+    m_vertexOfRank[static_cast<std::size_t>(m_count) + 1] = Head();
     const double sMinX = std::ldexp(minX, shift), sMaxX = std::ldexp(maxX, shift);
     const double sMinY = std::ldexp(minY, shift), sMaxY = std::ldexp(maxY, shift);
     const double marginX = kArtificialMargin * (sMaxX - sMinX);
     const double marginY = kArtificialMargin * (sMaxY - sMinY);
-    m_x[static_cast<std::size_t>(Tail())] = sMinX - marginX;
-    m_y[static_cast<std::size_t>(Tail())] = sMinY - marginY;
-    m_x[static_cast<std::size_t>(Head())] = sMaxX + marginX;
-    m_y[static_cast<std::size_t>(Head())] = sMinY - marginY;
-
-    // Sweep order: y, then x (vertex numbers follow x).
-    m_sweepOrder.resize(static_cast<std::size_t>(m_count));
-    std::iota(m_sweepOrder.begin(), m_sweepOrder.end(), 0);
-    std::sort(m_sweepOrder.begin(), m_sweepOrder.end(), [this](int a, int b) {
-        const double ya = m_y[static_cast<std::size_t>(a)], yb = m_y[static_cast<std::size_t>(b)];
-        return ya != yb ? ya < yb : a < b;
-    });
-    std::vector<int> sweepRank(static_cast<std::size_t>(m_count));
-    for (int k = 0; k < m_count; ++k)
-        sweepRank[static_cast<std::size_t>(m_sweepOrder[static_cast<std::size_t>(k)])] = k;
+    m_vertices[static_cast<std::size_t>(Tail())].x = sMinX - marginX;
+    m_vertices[static_cast<std::size_t>(Tail())].y = sMinY - marginY;
+    m_vertices[static_cast<std::size_t>(Head())].x = sMaxX + marginX;
+    m_vertices[static_cast<std::size_t>(Head())].y = sMinY - marginY;
 
     // Constrained edges of all rings, filed under their upper end, in input order.
     std::vector<std::pair<int, int>> edges; // (upper, lower)
@@ -180,14 +205,10 @@ bool Sweep::Prepare()
             continue;
         const std::size_t count = size == 2 ? 1 : size;
         for (std::size_t k = 0; k < count; ++k) {
-            const int a = vertexOfInput[static_cast<std::size_t>(ring[k])];
-            const int b = vertexOfInput[static_cast<std::size_t>(ring[(k + 1) % size])];
-            if (a == b)
-                continue;
-            if (sweepRank[static_cast<std::size_t>(a)] > sweepRank[static_cast<std::size_t>(b)])
-                edges.emplace_back(a, b);
-            else
-                edges.emplace_back(b, a);
+            const int a = vertexOfInput(ring[k]);
+            const int b = vertexOfInput(ring[(k + 1) % size]);
+            if (a != b)
+                edges.emplace_back(std::max(a, b), std::min(a, b));
         }
     }
     m_edgeOffsets.assign(static_cast<std::size_t>(m_count) + 1, 0);
@@ -209,9 +230,9 @@ int Sweep::NewTriangle(int a, int b, int c)
 {
     const int t = static_cast<int>(m_tris.size());
     m_tris.push_back(Tri{{a, b, c}, {-1, -1, -1}, 0});
-    m_vertexTriangle[static_cast<std::size_t>(a)] = t;
-    m_vertexTriangle[static_cast<std::size_t>(b)] = t;
-    m_vertexTriangle[static_cast<std::size_t>(c)] = t;
+    TriangleOf(a) = t;
+    TriangleOf(b) = t;
+    TriangleOf(c) = t;
     return t;
 }
 
@@ -243,7 +264,7 @@ void Sweep::MarkConstrained(int t, int a, int b)
     }
 }
 
-// Keeps m_frontTriangle right for every front edge of t. A front edge runs left to right with its
+// Keeps the front triangles right for every front edge of t. A front edge runs left to right with its
 // triangle below, so t walks it from right to left.
 void Sweep::MapFront(int t)
 {
@@ -253,20 +274,20 @@ void Sweep::MapFront(int t)
             continue;
         const int right = tri.v[Next3(i)];
         const int left = tri.v[Prev3(i)];
-        if (m_next[static_cast<std::size_t>(left)] == right)
-            m_frontTriangle[static_cast<std::size_t>(left)] = t;
+        if (NextOf(left) == right)
+            FrontTriangleOf(left) = t;
     }
 }
 
 void Sweep::RemoveFromFront(int v)
 {
-    const int left = m_prev[static_cast<std::size_t>(v)];
-    const int right = m_next[static_cast<std::size_t>(v)];
-    m_next[static_cast<std::size_t>(left)] = right;
-    m_prev[static_cast<std::size_t>(right)] = left;
-    m_next[static_cast<std::size_t>(v)] = -1;
-    m_prev[static_cast<std::size_t>(v)] = -1;
-    m_frontTriangle[static_cast<std::size_t>(v)] = -1;
+    const int left = PrevOf(v);
+    const int right = NextOf(v);
+    NextOf(left) = right;
+    PrevOf(right) = left;
+    NextOf(v) = -1;
+    PrevOf(v) = -1;
+    FrontTriangleOf(v) = -1;
     m_front.Erase(Rank(v));
 }
 
@@ -296,10 +317,10 @@ void Sweep::Flip(int t, int i, int o, int j)
         if (k >= 0)
             m_tris[static_cast<std::size_t>(nCA)].n[k] = o;
     }
-    m_vertexTriangle[static_cast<std::size_t>(a)] = t;
-    m_vertexTriangle[static_cast<std::size_t>(b)] = t;
-    m_vertexTriangle[static_cast<std::size_t>(q)] = t;
-    m_vertexTriangle[static_cast<std::size_t>(c)] = o;
+    TriangleOf(a) = t;
+    TriangleOf(b) = t;
+    TriangleOf(q) = t;
+    TriangleOf(c) = o;
     if (nBQ < 0 || nAB < 0)
         MapFront(t);
     if (nQC < 0 || nCA < 0)
@@ -331,7 +352,7 @@ bool Sweep::Legalize(bool general)
         }
         const int a = T.v[i], b = T.v[Next3(i)], c = T.v[Prev3(i)];
         const int q = m_tris[static_cast<std::size_t>(o)].v[j];
-        if (InCircleSign(m_x[a], m_y[a], m_x[b], m_y[b], m_x[c], m_y[c], m_x[q], m_y[q]) <= 0)
+        if (InCircleSign(X(a), Y(a), X(b), Y(b), X(c), Y(c), X(q), Y(q)) <= 0)
             continue;
         Flip(t, i, o, j);
         m_legalize.emplace_back(t, 0);
@@ -344,59 +365,19 @@ bool Sweep::Legalize(bool general)
     return true;
 }
 
-// Triangles around v, in rotation order (counter-clockwise, then clockwise from the start when the
-// fan is open).
-void Sweep::CollectFan(int v)
-{
-    m_fan.clear();
-    const int start = m_vertexTriangle[static_cast<std::size_t>(v)];
-    if (start < 0 || IndexOf(start, v) < 0)
-        throw std::runtime_error(kMissingTriangleError);
-    const std::size_t limit = m_tris.size();
-    int t = start;
-    bool open = false;
-    for (;;) {
-        m_fan.push_back(t);
-        const int i = IndexOf(t, v);
-        const int next = m_tris[static_cast<std::size_t>(t)].n[Next3(i)];
-        if (next < 0) {
-            open = true;
-            break;
-        }
-        if (next == start)
-            break;
-        if (IndexOf(next, v) < 0 || m_fan.size() > limit)
-            throw std::runtime_error(kMissingTriangleError);
-        t = next;
-    }
-    if (!open)
-        return;
-    t = start;
-    for (;;) {
-        const int i = IndexOf(t, v);
-        const int next = m_tris[static_cast<std::size_t>(t)].n[Prev3(i)];
-        if (next < 0)
-            break;
-        if (IndexOf(next, v) < 0 || m_fan.size() > limit)
-            throw std::runtime_error(kMissingTriangleError);
-        m_fan.push_back(next);
-        t = next;
-    }
-}
-
 // ---------------------------------------------------------------------------------------------
 // The sweep
 
 void Sweep::SweepPoints()
 {
-    const int first = m_sweepOrder.front();
+    const int first = 0;
     const int t0 = NewTriangle(Tail(), Head(), first);
-    m_next[static_cast<std::size_t>(Tail())] = first;
-    m_prev[static_cast<std::size_t>(first)] = Tail();
-    m_next[static_cast<std::size_t>(first)] = Head();
-    m_prev[static_cast<std::size_t>(Head())] = first;
-    m_frontTriangle[static_cast<std::size_t>(Tail())] = t0;
-    m_frontTriangle[static_cast<std::size_t>(first)] = t0;
+    NextOf(Tail()) = first;
+    PrevOf(first) = Tail();
+    NextOf(first) = Head();
+    PrevOf(Head()) = first;
+    FrontTriangleOf(Tail()) = t0;
+    FrontTriangleOf(first) = t0;
     m_front.Insert(Rank(Tail()));
     m_front.Insert(Rank(first));
     m_front.Insert(Rank(Head()));
@@ -406,7 +387,7 @@ void Sweep::SweepPoints()
     for (int k = 1; k < m_count; ++k) {
         if (m_hooks && m_hooks->throwBeforeSweepIndex == k)
             throw std::runtime_error(m_hooks->throwMessage);
-        const int p = m_sweepOrder[static_cast<std::size_t>(k)];
+        const int p = k;
         PointEvent(p);
         Verify("point event", p);
         EdgeEvents(p);
@@ -420,22 +401,22 @@ void Sweep::PointEvent(int p)
 {
     // The front edge from node to its successor lies right below p: node.x <= p.x < next.x.
     const int node = VertexOfRank(m_front.Predecessor(Rank(p)));
-    const int next = m_next[static_cast<std::size_t>(node)];
+    const int next = NextOf(node);
     const int t = NewTriangle(node, next, p);
-    LinkToExisting(t, 2, m_frontTriangle[static_cast<std::size_t>(node)]);
-    m_next[static_cast<std::size_t>(node)] = p;
-    m_prev[static_cast<std::size_t>(p)] = node;
-    m_next[static_cast<std::size_t>(p)] = next;
-    m_prev[static_cast<std::size_t>(next)] = p;
-    m_frontTriangle[static_cast<std::size_t>(node)] = t;
-    m_frontTriangle[static_cast<std::size_t>(p)] = t;
+    LinkToExisting(t, 2, FrontTriangleOf(node));
+    NextOf(node) = p;
+    PrevOf(p) = node;
+    NextOf(p) = next;
+    PrevOf(next) = p;
+    FrontTriangleOf(node) = t;
+    FrontTriangleOf(p) = t;
     m_front.Insert(Rank(p));
     m_legalize.emplace_back(t, 2);
     Legalize(false);
 
     // A point right above a front vertex leaves that vertex in a valley; filling it keeps the front
     // strictly increasing in x.
-    if (m_x[static_cast<std::size_t>(node)] == m_x[static_cast<std::size_t>(p)])
+    if (X(node) == X(p))
         FillVertex(node);
 
     FillSmallHoles(p);
@@ -446,16 +427,17 @@ void Sweep::PointEvent(int p)
 // front. The caller makes sure that n lies strictly below the line through its front neighbours.
 void Sweep::FillVertex(int n)
 {
-    const int left = m_prev[static_cast<std::size_t>(n)];
-    const int right = m_next[static_cast<std::size_t>(n)];
+    const int left = PrevOf(n);
+    const int right = NextOf(n);
     const int t = NewTriangle(n, right, left);
-    LinkToExisting(t, 1, m_frontTriangle[static_cast<std::size_t>(left)]);
-    LinkToExisting(t, 2, m_frontTriangle[static_cast<std::size_t>(n)]);
+    LinkToExisting(t, 1, FrontTriangleOf(left));
+    LinkToExisting(t, 2, FrontTriangleOf(n));
     RemoveFromFront(n);
-    m_frontTriangle[static_cast<std::size_t>(left)] = t;
+    FrontTriangleOf(left) = t;
+    // The apex is no new point, so the edges next to it may fail too: general mode.
     m_legalize.emplace_back(t, 1);
     m_legalize.emplace_back(t, 2);
-    Legalize(false);
+    Legalize(true);
 }
 
 // Fills the front vertices next to p whose valley is narrower than a right angle.
@@ -464,19 +446,19 @@ void Sweep::FillSmallHoles(int p)
     auto smallHole = [this](int left, int n, int right) {
         if (OrientExact(left, right, n) >= 0)
             return false;
-        const double lx = m_x[left] - m_x[n], ly = m_y[left] - m_y[n];
-        const double rx = m_x[right] - m_x[n], ry = m_y[right] - m_y[n];
+        const double lx = X(left) - X(n), ly = Y(left) - Y(n);
+        const double rx = X(right) - X(n), ry = Y(right) - Y(n);
         return lx * rx + ly * ry > 0.0;
     };
     for (;;) {
-        const int n = m_next[static_cast<std::size_t>(p)];
-        if (n == Head() || !smallHole(p, n, m_next[static_cast<std::size_t>(n)]))
+        const int n = NextOf(p);
+        if (n == Head() || !smallHole(p, n, NextOf(n)))
             break;
         FillVertex(n);
     }
     for (;;) {
-        const int n = m_prev[static_cast<std::size_t>(p)];
-        if (n == Tail() || !smallHole(m_prev[static_cast<std::size_t>(n)], n, p))
+        const int n = PrevOf(p);
+        if (n == Tail() || !smallHole(PrevOf(n), n, p))
             break;
         FillVertex(n);
     }
@@ -486,28 +468,28 @@ void Sweep::FillSmallHoles(int p)
 // closing its valleys until the front from p to the basin's right rim has none left.
 void Sweep::FillBasin(int p)
 {
-    const int first = m_next[static_cast<std::size_t>(p)];
+    const int first = NextOf(p);
     if (first == Head())
         return;
-    if (!(m_y[p] - m_y[first] > m_x[first] - m_x[p]))
+    if (!(Y(p) - Y(first) > X(first) - X(p)))
         return;
     int bottom = first;
-    while (m_next[static_cast<std::size_t>(bottom)] != Head()
-           && m_y[static_cast<std::size_t>(m_next[static_cast<std::size_t>(bottom)])] <= m_y[bottom])
-        bottom = m_next[static_cast<std::size_t>(bottom)];
+    while (NextOf(bottom) != Head()
+           && Y(NextOf(bottom)) <= Y(bottom))
+        bottom = NextOf(bottom);
     int rim = bottom;
-    while (m_next[static_cast<std::size_t>(rim)] != Head()
-           && m_y[static_cast<std::size_t>(m_next[static_cast<std::size_t>(rim)])] > m_y[rim])
-        rim = m_next[static_cast<std::size_t>(rim)];
+    while (NextOf(rim) != Head()
+           && Y(NextOf(rim)) > Y(rim))
+        rim = NextOf(rim);
     if (rim == bottom)
         return;
     int n = first;
     while (n != rim) {
-        const int left = m_prev[static_cast<std::size_t>(n)];
-        const int right = m_next[static_cast<std::size_t>(n)];
+        const int left = PrevOf(n);
+        const int right = NextOf(n);
         if (OrientExact(left, right, n) < 0) {
             FillVertex(n);
-            n = left == p ? m_next[static_cast<std::size_t>(p)] : left;
+            n = left == p ? NextOf(p) : left;
         } else {
             n = right;
         }
@@ -522,16 +504,17 @@ void Sweep::EdgeEvents(int p)
         EdgeEvent(m_edgeStarts[static_cast<std::size_t>(k)], p);
 }
 
-// Inserts the constrained edge from start up to the swept point p. Each round works on the part
-// from the current end down to start: it fills the front below that part, then inserts it up to the
-// first vertex that lies on it, which becomes the end of the next round. A round that finds itself
-// exactly where an earlier round of this edge was would repeat forever; the edge is given up then.
+// Inserts the constrained edge from start up to the swept point p. Each round inserts the part from
+// the current end towards start, up to the first vertex that lies on it, which becomes the end of the
+// next round. Where that part leaves the triangulated region through the front, the pocket of the
+// front below it is filled first and the round tries again. A round that finds itself exactly where
+// an earlier round of this edge was would repeat forever; the edge is given up then.
 void Sweep::EdgeEvent(int start, int p)
 {
     m_visited.clear();
     int end = p;
     for (;;) {
-        const EdgeEntry entry{this, start, end, m_vertexTriangle[static_cast<std::size_t>(end)], end};
+        const EdgeEntry entry{this, start, end, TriangleOf(end), end};
         if (std::find(m_visited.begin(), m_visited.end(), entry) != m_visited.end()) {
             qCDebug(lcKezTriangulation) << "[BUG:FIXME] Endless loop";
             return;
@@ -541,13 +524,17 @@ void Sweep::EdgeEvent(int start, int p)
             continue;
 
         int target = start;
-        if (m_next[static_cast<std::size_t>(end)] >= 0 && m_x[start] != m_x[end]) {
-            const int split = FillBelowSegment(start, end);
+        int reached = -1;
+        for (;;) {
+            int pocket = -1;
+            reached = InsertSegment(end, target, pocket);
+            if (reached != kPocketAhead)
+                break;
+            const int split = FillPocket(end, target, pocket);
             Verify("front fill below a constrained edge", end);
             if (split >= 0)
                 target = split;
         }
-        const int reached = InsertSegment(end, target);
         Verify("constrained edge insertion", end);
         if (reached < 0 || reached == start)
             return;
@@ -555,105 +542,112 @@ void Sweep::EdgeEvent(int start, int p)
     }
 }
 
-// Fills the front between end (a front vertex) and start wherever it dips below the segment, so that
-// the segment lies in the triangulated region. Walks from end towards start and closes valleys
-// below the segment, stepping back after each fill to the vertex whose valley may just have formed.
-// Answers a front vertex that lies on the segment, where the caller splits the edge, or -1.
-int Sweep::FillBelowSegment(int start, int end)
+// Fills a pocket of the front below the segment from `from` to `to`: the stretch of front vertices
+// below the segment that follows `boundary` (a front vertex on or above the segment, or `from`
+// itself) in the direction of `to`. Closes valleys below the segment while walking towards `to`,
+// stepping back after each fill to the vertex whose valley may just have formed; some vertex of a
+// pocket is always a valley (the lowest corner of its hull), so the pocket empties. Answers a front
+// vertex that lies on the segment, where the caller splits the edge, or -1.
+int Sweep::FillPocket(int from, int to, int boundary)
 {
-    const bool leftward = m_x[start] < m_x[end];
-    const int low = leftward ? start : end;  // the segment's left end
-    const int high = leftward ? end : start; // and its right end
+    const bool leftward = X(to) < X(from);
     auto toward = [this, leftward](int v) {
-        return leftward ? m_prev[static_cast<std::size_t>(v)] : m_next[static_cast<std::size_t>(v)];
+        return leftward ? PrevOf(v) : NextOf(v);
     };
-    int n = toward(end);
+    bool filled = false;
+    int n = toward(boundary);
     for (;;) {
-        if (n == start || n < 0 || IsArtificial(n))
-            return -1;
-        if (leftward ? m_x[n] <= m_x[start] : m_x[n] >= m_x[start])
-            return -1;
-        const int side = Orient(low, high, n);
+        if (n == to || n < 0 || IsArtificial(n))
+            break;
+        if (leftward ? X(n) <= X(to) : X(n) >= X(to))
+            break;
+        const int side = Orient(from, to, n);
         if (side == 0)
             return n;
-        if (side < 0
-            && OrientExact(m_prev[static_cast<std::size_t>(n)], m_next[static_cast<std::size_t>(n)], n) < 0) {
-            const int back = leftward ? m_next[static_cast<std::size_t>(n)] : m_prev[static_cast<std::size_t>(n)];
+        // Heading left, the region below the segment is on its left side; heading right, on its right.
+        if (leftward ? side < 0 : side > 0)
+            break;
+        if (OrientExact(PrevOf(n), NextOf(n), n) < 0) {
+            const int back = leftward ? NextOf(n) : PrevOf(n);
             FillVertex(n);
-            n = back == end ? toward(end) : back;
+            filled = true;
+            n = back == boundary ? toward(boundary) : back;
             continue;
         }
         n = toward(n);
     }
+    if (!filled)
+        throw std::runtime_error(kMissingTriangleError);
+    return -1;
 }
 
 // Makes the segment from `from` to `to` an edge of the triangulation and marks it constrained, or
 // the part of it up to the first vertex that lies on it. Answers the vertex where the inserted part
-// ends, or -1 when the edge was given up.
-int Sweep::InsertSegment(int from, int to)
+// ends, -1 when the edge was given up, or kPocketAhead when the segment leaves the triangulated
+// region through the front; pocket is then the front vertex after which the front dips below it.
+int Sweep::InsertSegment(int from, int to, int &pocket)
 {
-    CollectFan(from);
-
-    // The edge may exist already.
-    for (int t : m_fan) {
-        if (IndexOf(t, to) >= 0) {
-            MarkConstrained(t, from, to);
-            return to;
-        }
-    }
-
-    // A neighbour of `from` on the segment splits it.
-    const double dx = m_x[to] - m_x[from], dy = m_y[to] - m_y[from];
+    // One turn around `from`: the edge may exist already; a neighbour on the segment splits it;
+    // otherwise some triangle's far edge runs from a vertex right of the segment to one left of it,
+    // and the segment leaves `from` through that triangle. Only the first two cases can put a vertex
+    // on the segment's line ahead, so the turn ends as soon as such a triangle shows up.
+    const double dx = X(to) - X(from), dy = Y(to) - Y(from);
     const double length2 = dx * dx + dy * dy;
-    int onSegment = -1, onSegmentTriangle = -1;
+    int existing = -1, onSegment = -1, onSegmentTriangle = -1;
+    int t = -1, right = -1, left = -1;
     double nearest = 0.0;
     bool beyond = false;
-    for (int t : m_fan) {
-        const int i = IndexOf(t, from);
-        for (int k : {Next3(i), Prev3(i)}) {
-            const int x = m_tris[static_cast<std::size_t>(t)].v[k];
-            if (Orient(from, to, x) != 0)
+    TurnAround(from, [&](int candidate, int i) {
+        const Tri &T = m_tris[static_cast<std::size_t>(candidate)];
+        const int u = T.v[Next3(i)], w = T.v[Prev3(i)];
+        if (u == to || w == to) {
+            existing = candidate;
+            return true;
+        }
+        const int su = Orient(from, to, u), sw = Orient(from, to, w);
+        if (su < 0 && sw > 0) {
+            t = candidate;
+            right = u;
+            left = w;
+            return true;
+        }
+        for (const int x : {u, w}) {
+            if ((x == u ? su : sw) != 0)
                 continue;
-            const double along = (m_x[x] - m_x[from]) * dx + (m_y[x] - m_y[from]) * dy;
+            const double along = (X(x) - X(from)) * dx + (Y(x) - Y(from)) * dy;
             if (along <= 0.0)
                 continue;
             if (along >= length2) {
                 beyond = true;
             } else if (onSegment < 0 || along < nearest) {
                 onSegment = x;
-                onSegmentTriangle = t;
+                onSegmentTriangle = candidate;
                 nearest = along;
             }
         }
+        return false;
+    });
+    if (existing >= 0) {
+        MarkConstrained(existing, from, to);
+        return to;
     }
-    if (onSegment >= 0) {
+    if (t < 0 && onSegment >= 0) {
         MarkConstrained(onSegmentTriangle, from, onSegment);
         return onSegment;
     }
-    if (beyond)
+    if (t < 0 && beyond)
         throw std::runtime_error(kCollinearError);
-
-    // The triangle around `from` through which the segment leaves: its far edge runs from a vertex
-    // right of the segment to one left of it.
-    int t = -1, right = -1, left = -1;
-    for (int candidate : m_fan) {
-        const int i = IndexOf(candidate, from);
-        const int u = m_tris[static_cast<std::size_t>(candidate)].v[Next3(i)];
-        const int w = m_tris[static_cast<std::size_t>(candidate)].v[Prev3(i)];
-        if (Orient(from, to, u) < 0 && Orient(from, to, w) > 0) {
-            t = candidate;
-            right = u;
-            left = w;
-            break;
-        }
+    if (t < 0) {
+        if (NextOf(from) < 0 || X(from) == X(to))
+            throw std::runtime_error(kMissingTriangleError);
+        pocket = from; // the segment leaves `from` above the front
+        return kPocketAhead;
     }
-    if (t < 0)
-        throw std::runtime_error(kMissingTriangleError);
 
     // Walk along the segment through the triangles it crosses and queue every crossed edge, up to
     // `to` or to the first vertex on the segment.
     m_crossed.clear();
-    m_crossed.emplace_back(right, left);
+    m_crossed.push_back({right, left, t});
     int current = t;
     int stop = -1;
     for (std::size_t steps = 0;; ++steps) {
@@ -662,8 +656,19 @@ int Sweep::InsertSegment(int from, int to)
         if (T.constrained & (1u << k))
             throw std::runtime_error(kConstrainedCrossingError);
         const int next = T.n[k];
-        if (next < 0)
-            throw std::runtime_error(kMissingTriangleError);
+        if (next < 0) {
+            // Leaving through a front edge: heading left, the front vertex before the dip is the one
+            // on the right of the segment, heading right the one on its left.
+            const bool leftward = X(to) < X(from);
+            const int before = leftward ? right : left;
+            const int after = leftward ? left : right;
+            const bool frontEdge = leftward ? PrevOf(before) == after
+                                            : NextOf(before) == after;
+            if (!frontEdge || X(to) == X(from))
+                throw std::runtime_error(kMissingTriangleError);
+            pocket = before;
+            return kPocketAhead;
+        }
         const int j = IndexOfNeighbor(next, current);
         if (j < 0 || steps > m_tris.size())
             throw std::runtime_error(kMissingOppositeError);
@@ -674,7 +679,7 @@ int Sweep::InsertSegment(int from, int to)
         }
         const int side = Orient(from, to, x);
         if (side == 0) {
-            const double along = (m_x[x] - m_x[from]) * dx + (m_y[x] - m_y[from]) * dy;
+            const double along = (X(x) - X(from)) * dx + (Y(x) - Y(from)) * dy;
             if (along <= 0.0 || along >= length2)
                 throw std::runtime_error(kCollinearError);
             stop = x;
@@ -684,7 +689,7 @@ int Sweep::InsertSegment(int from, int to)
             right = x;
         else
             left = x;
-        m_crossed.emplace_back(right, left);
+        m_crossed.push_back({right, left, next});
         current = next;
     }
 
@@ -700,9 +705,9 @@ int Sweep::InsertSegment(int from, int to)
             qCDebug(lcKezTriangulation) << "[BUG:FIXME] Endless loop";
             return -1;
         }
-        const auto [u, w] = m_crossed[head++];
+        const EdgeRef edge = m_crossed[head++];
         int ft = -1, fi = -1;
-        if (!FindEdge(u, w, ft, fi))
+        if (!FindEdge(edge, ft, fi))
             throw std::runtime_error(kMissingTriangleError);
         const int o = m_tris[static_cast<std::size_t>(ft)].n[fi];
         if (o < 0)
@@ -722,16 +727,17 @@ int Sweep::InsertSegment(int from, int to)
         const int b = m_tris[static_cast<std::size_t>(ft)].v[Next3(fi)];
         const int c = m_tris[static_cast<std::size_t>(ft)].v[Prev3(fi)];
         if (OrientExact(a, q, b) * OrientExact(a, q, c) >= 0) {
-            m_crossed.emplace_back(u, w); // not convex yet
+            m_crossed.push_back({edge.u, edge.w, ft}); // not convex yet
             continue;
         }
         Flip(ft, fi, o, j);
         const bool aOnLine = a == from || a == stop;
         const bool qOnLine = q == from || q == stop;
+        // The new diagonal (a, q) is edge 1 of ft.
         if (!aOnLine && !qOnLine && Orient(from, to, a) != Orient(from, to, q))
-            m_crossed.emplace_back(a, q);
+            m_crossed.push_back({a, q, ft});
         else
-            m_newEdges.emplace_back(a, q);
+            m_newEdges.push_back({a, q, ft});
         if (head > 4096 && head * 2 > m_crossed.size()) {
             m_crossed.erase(m_crossed.begin(), m_crossed.begin() + static_cast<std::ptrdiff_t>(head));
             head = 0;
@@ -740,31 +746,49 @@ int Sweep::InsertSegment(int from, int to)
 
     // The segment is an edge now.
     int st = -1, si = -1;
-    if (!FindEdge(from, stop, st, si))
+    const int lastHint = m_newEdges.empty() ? -1 : m_newEdges.back().hint;
+    if (!FindEdge({from, stop, lastHint}, st, si))
         throw std::runtime_error(kMissingTriangleError);
     MarkConstrained(st, from, stop);
 
     // Restore the Delaunay property around the new edges.
-    for (const auto &[u, w] : m_newEdges) {
+    for (const EdgeRef &edge : m_newEdges) {
         int et = -1, ei = -1;
-        if (FindEdge(u, w, et, ei))
+        if (FindEdge(edge, et, ei))
             m_legalize.emplace_back(et, ei);
     }
     return Legalize(true) ? stop : -1;
 }
 
-// Finds a triangle t with the edge (u, w) and the index i of its vertex facing that edge.
-bool Sweep::FindEdge(int u, int w, int &t, int &i)
+// Finds a triangle t with the edge and the index i of its vertex facing that edge: the hint if it
+// still has the edge, else one of the hint's neighbours (a flip moves an edge to the other triangle of
+// the flipped pair), else a triangle around the edge's first vertex.
+bool Sweep::FindEdge(const EdgeRef &edge, int &t, int &i)
 {
-    CollectFan(u);
-    for (int candidate : m_fan) {
-        if (IndexOf(candidate, w) >= 0) {
-            t = candidate;
-            i = IndexOfThird(candidate, u, w);
-            return true;
-        }
+    auto has = [this, &edge](int candidate) {
+        return candidate >= 0 && IndexOf(candidate, edge.u) >= 0 && IndexOf(candidate, edge.w) >= 0;
+    };
+    int found = -1;
+    if (has(edge.hint)) {
+        found = edge.hint;
+    } else if (edge.hint >= 0) {
+        for (const int n : m_tris[static_cast<std::size_t>(edge.hint)].n)
+            if (has(n))
+                found = n;
     }
-    return false;
+    if (found < 0) {
+        TurnAround(edge.u, [&](int candidate, int) {
+            if (IndexOf(candidate, edge.w) < 0)
+                return false;
+            found = candidate;
+            return true;
+        });
+    }
+    if (found < 0)
+        return false;
+    t = found;
+    i = IndexOfThird(t, edge.u, edge.w);
+    return true;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -791,16 +815,16 @@ std::string Sweep::FindInconsistency() const
                 return "constrained marks differ between " + std::to_string(t) + " and " + std::to_string(o);
         }
         for (int k = 0; k < 3; ++k)
-            if (IndexOf(m_vertexTriangle[static_cast<std::size_t>(T.v[k])], T.v[k]) < 0)
+            if (IndexOf(TriangleOf(T.v[k]), T.v[k]) < 0)
                 return "vertex " + std::to_string(T.v[k]) + " has a stale triangle";
     }
-    for (int v = Tail(); v != Head(); v = m_next[static_cast<std::size_t>(v)]) {
-        const int next = m_next[static_cast<std::size_t>(v)];
-        if (next < 0 || m_prev[static_cast<std::size_t>(next)] != v)
+    for (int v = Tail(); v != Head(); v = NextOf(v)) {
+        const int next = NextOf(v);
+        if (next < 0 || PrevOf(next) != v)
             return "front broken after vertex " + std::to_string(v);
-        if (!(m_x[v] < m_x[next]))
+        if (!(X(v) < X(next)))
             return "front not increasing in x at vertex " + std::to_string(v);
-        const int t = m_frontTriangle[static_cast<std::size_t>(v)];
+        const int t = FrontTriangleOf(v);
         const int i = t < 0 ? -1 : IndexOf(t, next);
         if (i < 0 || m_tris[static_cast<std::size_t>(t)].v[Next3(i)] != v
             || m_tris[static_cast<std::size_t>(t)].n[Prev3(i)] >= 0)
@@ -826,10 +850,10 @@ void Sweep::Verify(const char *where, int p)
 // have been split by a point on it, so any constrained edge from v0 in the direction of v1 will do.
 int Sweep::FindStartTriangle(int v0, int v1, bool insideOnLeft)
 {
-    const int start = m_vertexTriangle[static_cast<std::size_t>(v0)];
+    const int start = TriangleOf(v0);
     if (start < 0 || IndexOf(start, v0) < 0)
         return -1;
-    const double dx = m_x[v1] - m_x[v0], dy = m_y[v1] - m_y[v0];
+    const double dx = X(v1) - X(v0), dy = Y(v1) - Y(v0);
     auto matches = [&](int t) {
         const int i = IndexOf(t, v0);
         const int edge = insideOnLeft ? Prev3(i) : Next3(i);
@@ -839,7 +863,7 @@ int Sweep::FindStartTriangle(int v0, int v1, bool insideOnLeft)
         if (other == v1)
             return true;
         return Orient(v0, v1, other) == 0
-               && (m_x[other] - m_x[v0]) * dx + (m_y[other] - m_y[v0]) * dy > 0.0;
+               && (X(other) - X(v0)) * dx + (Y(other) - Y(v0)) * dy > 0.0;
     };
     const std::size_t limit = m_tris.size();
     for (int direction = 0; direction < 2; ++direction) {
@@ -873,7 +897,7 @@ void Sweep::Finalize(std::vector<Triangle> &out)
     double area2 = 0.0;
     for (std::size_t k = 0; k < m_outline.size(); ++k) {
         const int a = m_outline[k], b = m_outline[(k + 1) % m_outline.size()];
-        area2 += (m_x[a] - m_x[v0]) * (m_y[b] - m_y[v0]) - (m_x[b] - m_x[v0]) * (m_y[a] - m_y[v0]);
+        area2 += (X(a) - X(v0)) * (Y(b) - Y(v0)) - (X(b) - X(v0)) * (Y(a) - Y(v0));
     }
     if (!(area2 != 0.0))
         return;
@@ -922,7 +946,7 @@ void Sweep::Finalize(std::vector<Triangle> &out)
             continue;
         const int a = T.v[i], b = T.v[Next3(i)], c = T.v[Prev3(i)];
         const int q = m_tris[static_cast<std::size_t>(o)].v[j];
-        if (InCircleSign(m_x[a], m_y[a], m_x[b], m_y[b], m_x[c], m_y[c], m_x[q], m_y[q]) <= 0)
+        if (InCircleSign(X(a), Y(a), X(b), Y(b), X(c), Y(c), X(q), Y(q)) <= 0)
             continue;
         Flip(t, i, o, j);
         ++flips;
@@ -957,10 +981,6 @@ void Sweep::Run(std::vector<Triangle> &out)
     const std::size_t vertices = static_cast<std::size_t>(m_count) + 2;
     m_tris.clear();
     m_tris.reserve(2 * vertices + 16);
-    m_vertexTriangle.assign(vertices, -1);
-    m_next.assign(vertices, -1);
-    m_prev.assign(vertices, -1);
-    m_frontTriangle.assign(vertices, -1);
     m_front.Reset(m_count + 2);
     try {
         SweepPoints();

@@ -7,6 +7,7 @@
 #include "Triangle.h"
 
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,7 +17,7 @@ namespace detail {
 
 struct TestHooks;
 
-// One triangulation run. Vertices are numbered in order of x (then y); the two artificial points
+// One triangulation run. Vertices are numbered in sweep order (y, then x); the two artificial points
 // follow the real ones. Triangles live in one pool and refer to each other by index: vertex i of a
 // triangle faces edge i, neighbour i lies across edge i, and bit i of constrained marks edge i as an
 // outline or hole edge. Every triangle is counter-clockwise.
@@ -29,7 +30,7 @@ public:
     void Run(std::vector<Triangle> &out);
 
 private:
-    struct Tri
+    struct alignas(32) Tri
     {
         int v[3];
         int n[3];
@@ -59,9 +60,14 @@ private:
     void FillBasin(int p);
     void EdgeEvents(int p);
     void EdgeEvent(int start, int p);
-    int FillBelowSegment(int start, int end);
-    int InsertSegment(int from, int to);
-    bool FindEdge(int u, int w, int &t, int &i);
+    int FillPocket(int from, int to, int boundary);
+    int InsertSegment(int from, int to, int &pocket);
+    struct EdgeRef
+    {
+        int u, w; // the edge's vertices
+        int hint; // a triangle that had the edge when it was noted
+    };
+    bool FindEdge(const EdgeRef &edge, int &t, int &i);
     void Finalize(std::vector<Triangle> &out);
     int FindStartTriangle(int v0, int v1, bool insideOnLeft);
     void BreakFrontAround(int v);
@@ -74,7 +80,10 @@ private:
     void Flip(int t, int i, int o, int j);
     bool Legalize(bool general);
     void MapFront(int t);
-    void CollectFan(int v);
+    // Calls visit(t, i) for the triangles t around v (vertex i of t is v), counter-clockwise from
+    // some triangle and, if the fan is open, then clockwise from it, until visit answers true.
+    template <typename Visit>
+    void TurnAround(int v, Visit visit);
     void RemoveFromFront(int v);
 
     int IndexOf(int t, int v) const
@@ -96,8 +105,18 @@ private:
                 return k;
         return -1;
     }
-    int Rank(int v) const { return v < m_count ? v + 1 : (v == Tail() ? 0 : m_count + 1); }
-    int VertexOfRank(int r) const { return r == 0 ? Tail() : (r == m_count + 1 ? Head() : r - 1); }
+    int Rank(int v) const { return m_rank[static_cast<std::size_t>(v)]; }
+    int VertexOfRank(int r) const { return m_vertexOfRank[static_cast<std::size_t>(r)]; }
+    double X(int v) const { return m_vertices[static_cast<std::size_t>(v)].x; }
+    double Y(int v) const { return m_vertices[static_cast<std::size_t>(v)].y; }
+    int &NextOf(int v) { return m_vertices[static_cast<std::size_t>(v)].next; }
+    int NextOf(int v) const { return m_vertices[static_cast<std::size_t>(v)].next; }
+    int &PrevOf(int v) { return m_vertices[static_cast<std::size_t>(v)].prev; }
+    int PrevOf(int v) const { return m_vertices[static_cast<std::size_t>(v)].prev; }
+    int &FrontTriangleOf(int v) { return m_vertices[static_cast<std::size_t>(v)].frontTriangle; }
+    int FrontTriangleOf(int v) const { return m_vertices[static_cast<std::size_t>(v)].frontTriangle; }
+    int &TriangleOf(int v) { return m_vertices[static_cast<std::size_t>(v)].triangle; }
+    int TriangleOf(int v) const { return m_vertices[static_cast<std::size_t>(v)].triangle; }
     int Tail() const { return m_count; }
     int Head() const { return m_count + 1; }
     bool IsArtificial(int v) const { return v >= m_count; }
@@ -108,25 +127,72 @@ private:
     TestHooks *m_hooks = nullptr;
 
     int m_count = 0;                   // real vertices
-    std::vector<double> m_x, m_y;      // scaled coordinates, real vertices then tail and head
+    // Everything the sweep looks up about a vertex, in one cache line: its scaled coordinates, its
+    // neighbours on the advancing front (-1 off the front), the triangle below the front edge to its
+    // successor, and some triangle around it.
+    struct alignas(32) Vertex
+    {
+        double x, y;
+        int next = -1, prev = -1;
+        int frontTriangle = -1;
+        int triangle = -1;
+    };
+    std::vector<Vertex> m_vertices;    // real vertices, then tail and head
     std::vector<Point *> m_points;     // representative input point of each real vertex
-    std::vector<int> m_sweepOrder;     // real vertices in order of y, then x
+    std::vector<int> m_rank;           // rank of each vertex in order of x, then y
+    std::vector<int> m_vertexOfRank;
     std::vector<int> m_edgeOffsets;    // constrained edges by upper vertex: m_edgeStarts[m_edgeOffsets[v]..]
     std::vector<int> m_edgeStarts;
     std::vector<int> m_outline;        // vertices of the outline, without repeats
 
     std::vector<Tri> m_tris;
-    std::vector<int> m_vertexTriangle; // some triangle around each vertex
-    std::vector<int> m_next, m_prev;   // the advancing front, -1 off the front
-    std::vector<int> m_frontTriangle;  // triangle below the front edge from v to m_next[v]
     FrontIndex m_front;
 
     std::vector<std::pair<int, int>> m_legalize; // (triangle, edge) pairs waiting for the in-circle test
-    std::vector<int> m_fan;
     std::vector<EdgeEntry> m_visited;
-    std::vector<std::pair<int, int>> m_crossed;  // edges crossed by the constrained edge being inserted
-    std::vector<std::pair<int, int>> m_newEdges; // edges made by its flips
+    std::vector<EdgeRef> m_crossed;  // edges crossed by the constrained edge being inserted
+    std::vector<EdgeRef> m_newEdges; // edges made by its flips
 };
+
+extern const char *const kFanBrokenError;
+
+template <typename Visit>
+void Sweep::TurnAround(int v, Visit visit)
+{
+    const int start = TriangleOf(v);
+    int i = start < 0 ? -1 : IndexOf(start, v);
+    if (i < 0)
+        throw std::runtime_error(kFanBrokenError);
+    const std::size_t limit = m_tris.size();
+    std::size_t steps = 0;
+    int t = start;
+    for (;;) {
+        if (visit(t, i))
+            return;
+        const int next = m_tris[static_cast<std::size_t>(t)].n[i == 2 ? 0 : i + 1];
+        if (next < 0)
+            break;
+        if (next == start)
+            return;
+        t = next;
+        i = IndexOf(t, v);
+        if (i < 0 || ++steps > limit)
+            throw std::runtime_error(kFanBrokenError);
+    }
+    t = start;
+    i = IndexOf(t, v);
+    for (;;) {
+        const int next = m_tris[static_cast<std::size_t>(t)].n[i == 0 ? 2 : i - 1];
+        if (next < 0)
+            return;
+        t = next;
+        i = IndexOf(t, v);
+        if (i < 0 || ++steps > limit)
+            throw std::runtime_error(kFanBrokenError);
+        if (visit(t, i))
+            return;
+    }
+}
 
 } // namespace detail
 } // namespace p2t

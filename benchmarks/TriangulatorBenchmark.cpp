@@ -1,0 +1,214 @@
+// The triangulator against CGAL's constrained Delaunay triangulation.
+//
+// Inputs: star-shaped outlines of 1,000 to 1,000,000 points, and a square outline with 100 to
+// 10,000 square holes. For each input the benchmark times our triangulator (building the CDT,
+// triangulating, collecting the triangles; the points exist beforehand), and, when CGAL is at hand,
+// CGAL's Constrained_Delaunay_triangulation_2 with the constraints inserted one by one and with its
+// bulk insert_constraints (the triangulation only, without marking the inside). A table of ratios
+// (our time divided by CGAL's) follows the usual output.
+#include "triangulation/CDT.h"
+
+#include <benchmark/benchmark.h>
+
+#ifdef KEZ_HAVE_CGAL
+#include <CGAL/Constrained_Delaunay_triangulation_2.h>
+#include <CGAL/Exact_predicates_inexact_constructions_kernel.h>
+#endif
+
+#include <cmath>
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Input
+{
+    std::vector<std::vector<std::pair<double, double>>> rings; // outline first
+};
+
+Input Star(int points)
+{
+    std::mt19937 random(12345u + static_cast<unsigned>(points));
+    std::uniform_real_distribution<double> radius(0.35, 1.0);
+    Input input;
+    input.rings.emplace_back();
+    const double pi = std::acos(-1.0);
+    for (int k = 0; k < points; ++k) {
+        const double angle = 2.0 * pi * k / points;
+        const double r = (k % 2 == 0 ? 1.0 : 0.5) * radius(random);
+        input.rings[0].emplace_back(r * std::cos(angle), r * std::sin(angle));
+    }
+    return input;
+}
+
+Input SquareWithHoles(int rows)
+{
+    Input input;
+    const double size = 1000.0;
+    input.rings.push_back({{0, 0}, {size, 0}, {size, size}, {0, size}});
+    const double cell = size / (rows + 1);
+    const double half = cell / 4;
+    for (int i = 1; i <= rows; ++i)
+        for (int j = 1; j <= rows; ++j) {
+            const double cx = i * cell, cy = j * cell;
+            input.rings.push_back({{cx - half, cy - half}, {cx - half, cy + half}, {cx + half, cy + half},
+                                   {cx + half, cy - half}});
+        }
+    return input;
+}
+
+const Input &Cached(const std::string &name)
+{
+    static std::map<std::string, Input> cache;
+    auto it = cache.find(name);
+    if (it == cache.end()) {
+        const int size = std::stoi(name.substr(name.find('/') + 1));
+        it = cache.emplace(name, name.rfind("star", 0) == 0 ? Star(size) : SquareWithHoles(static_cast<int>(std::lround(std::sqrt(size))))).first;
+    }
+    return it->second;
+}
+
+void Ours(benchmark::State &state, const std::string &name)
+{
+    const Input &input = Cached(name);
+    std::vector<std::unique_ptr<p2t::Point>> owned;
+    std::vector<std::vector<p2t::Point *>> rings;
+    for (const auto &ring : input.rings) {
+        rings.emplace_back();
+        for (const auto &[x, y] : ring) {
+            owned.push_back(std::make_unique<p2t::Point>(x, y));
+            rings.back().push_back(owned.back().get());
+        }
+    }
+    std::size_t triangles = 0;
+    for (auto _ : state) {
+        p2t::CDT cdt(rings[0]);
+        for (std::size_t h = 1; h < rings.size(); ++h)
+            cdt.AddHole(rings[h]);
+        cdt.Triangulate();
+        const std::vector<p2t::Triangle *> result = cdt.GetTriangles();
+        triangles = result.size();
+        benchmark::DoNotOptimize(result.data());
+    }
+    state.counters["triangles"] = static_cast<double>(triangles);
+}
+
+#ifdef KEZ_HAVE_CGAL
+using Kernel = CGAL::Exact_predicates_inexact_constructions_kernel;
+using Cdt = CGAL::Constrained_Delaunay_triangulation_2<Kernel, CGAL::Default, CGAL::Exact_predicates_tag>;
+
+void CgalSequential(benchmark::State &state, const std::string &name)
+{
+    const Input &input = Cached(name);
+    std::vector<std::vector<Kernel::Point_2>> rings;
+    for (const auto &ring : input.rings) {
+        rings.emplace_back();
+        for (const auto &[x, y] : ring)
+            rings.back().emplace_back(x, y);
+    }
+    for (auto _ : state) {
+        Cdt cdt;
+        for (const auto &ring : rings) {
+            std::vector<Cdt::Vertex_handle> vertices;
+            vertices.reserve(ring.size());
+            for (const auto &p : ring)
+                vertices.push_back(cdt.insert(p));
+            for (std::size_t i = 0; i < vertices.size(); ++i)
+                cdt.insert_constraint(vertices[i], vertices[(i + 1) % vertices.size()]);
+        }
+        benchmark::DoNotOptimize(cdt.number_of_faces());
+    }
+}
+
+void CgalBulk(benchmark::State &state, const std::string &name)
+{
+    const Input &input = Cached(name);
+    std::vector<Kernel::Point_2> points;
+    std::vector<std::pair<std::size_t, std::size_t>> edges;
+    for (const auto &ring : input.rings) {
+        const std::size_t first = points.size();
+        for (const auto &[x, y] : ring)
+            points.emplace_back(x, y);
+        for (std::size_t i = 0; i < ring.size(); ++i)
+            edges.emplace_back(first + i, first + (i + 1) % ring.size());
+    }
+    for (auto _ : state) {
+        Cdt cdt;
+        cdt.insert_constraints(points.begin(), points.end(), edges.begin(), edges.end());
+        benchmark::DoNotOptimize(cdt.number_of_faces());
+    }
+}
+#endif
+
+const std::vector<std::string> &InputNames()
+{
+    static const std::vector<std::string> names{"star/1000",  "star/10000",  "star/100000", "star/1000000",
+                                                "holes/100",  "holes/1000",  "holes/10000"};
+    return names;
+}
+
+// Keeps every run's time and prints the ratios after the usual output.
+class RatioReporter : public benchmark::ConsoleReporter
+{
+public:
+    void ReportRuns(const std::vector<Run> &runs) override
+    {
+        for (const Run &run : runs)
+            if (run.run_type == Run::RT_Iteration && !run.error_occurred)
+                m_seconds[run.benchmark_name()] = run.GetAdjustedRealTime();
+        ConsoleReporter::ReportRuns(runs);
+    }
+    void PrintRatios() const
+    {
+        std::printf("\nTime of our triangulator divided by CGAL's (below 1: ours is faster)\n");
+        std::printf("%-14s %14s %14s %14s %12s %12s %12s\n", "input", "ours", "CGAL seq.", "CGAL bulk", "ours/seq.",
+                    "ours/bulk", "ours/best");
+        for (const std::string &name : InputNames()) {
+            const double ours = Time("Triangulator/" + name);
+            const double sequential = Time("CgalSequential/" + name);
+            const double bulk = Time("CgalBulk/" + name);
+            if (ours <= 0)
+                continue;
+            if (sequential <= 0 || bulk <= 0) {
+                std::printf("%-14s %14.3f\n", name.c_str(), ours);
+                continue;
+            }
+            std::printf("%-14s %14.3f %14.3f %14.3f %12.3f %12.3f %12.3f\n", name.c_str(), ours, sequential, bulk,
+                        ours / sequential, ours / bulk, ours / std::min(sequential, bulk));
+        }
+        std::printf("(times in the unit of the runs above)\n");
+    }
+
+private:
+    double Time(const std::string &name) const
+    {
+        const auto it = m_seconds.find(name);
+        return it == m_seconds.end() ? -1.0 : it->second;
+    }
+    std::map<std::string, double> m_seconds;
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    for (const std::string &name : InputNames()) {
+        benchmark::RegisterBenchmark(("Triangulator/" + name).c_str(), Ours, name)->Unit(benchmark::kMillisecond);
+#ifdef KEZ_HAVE_CGAL
+        benchmark::RegisterBenchmark(("CgalSequential/" + name).c_str(), CgalSequential, name)->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark(("CgalBulk/" + name).c_str(), CgalBulk, name)->Unit(benchmark::kMillisecond);
+#endif
+    }
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.PrintRatios();
+    benchmark::Shutdown();
+    return 0;
+}
