@@ -4,6 +4,10 @@
 // Every public header of KEZVisualization.
 #include "KEZVisGlobal.h"
 #include "KEZVisOptions.h"
+#include "KEZVisPointPrimitive.h"
+#include "KEZVisPolylinePrimitive.h"
+#include "KEZVisPrimitive.h"
+#include "KEZVisSurfacePrimitive.h"
 #include "KEZVisClient.h"
 #include "KEZVisClientChangeRequest.h"
 #include "KEZVisCompoundFilter.h"

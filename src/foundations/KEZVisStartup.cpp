@@ -7,6 +7,8 @@
 
 #include "KEZVisGlobal.h"
 #include "KEZVisOptions.h"
+#include "KEZVisPolylinePrimitive.h"
+#include "KEZVisSurfacePrimitive.h"
 #include "scene/KEZVisSceneMetaTypes_p.h"
 
 #include <KEZSysRegisterInit.h>
@@ -29,6 +31,9 @@ void RegisterMetaTypes()
     qRegisterMetaType<KEZVisOptions>("KEZVisOptions");
     qRegisterMetaType<KEZVisOptions::PointSymbol>("KEZVisOptions::PointSymbol");
     qRegisterMetaType<KEZVisOptions::LineStyle>("KEZVisOptions::LineStyle");
+    qRegisterMetaType<KEZVisPolylinePrimitive::Structure>("KEZVisPolylinePrimitive::Structure");
+    qRegisterMetaType<KEZVisPolylinePrimitive>("KEZVisPolylinePrimitive");
+    qRegisterMetaType<KEZVisSurfacePrimitive>("KEZVisSurfacePrimitive");
     KEZVisRegisterSceneMetaTypes();
 }
 

@@ -1,0 +1,8 @@
+#include "KEZVisPrimitive.h"
+
+KEZVisPrimitive::KEZVisPrimitive()
+    : QObject(nullptr)
+{
+}
+
+KEZVisPrimitive::~KEZVisPrimitive() = default;
