@@ -1,0 +1,232 @@
+#ifndef KEZVISREPFACTORY_H
+#define KEZVISREPFACTORY_H
+
+#include "KEZVisOptions.h"
+#include "KEZVisPolylinePrimitive.h"
+#include "KEZVisRep.h"
+#include "KEZVisRepGraphics.h"
+#include "KEZVisSurfacePrimitive.h"
+#include "kezvisualization_export.h"
+
+#include <KEZMathPoint.h>
+#include <KEZMathSetOfPoints.h>
+#include <KEZMathVector.h>
+
+/*!
+ * Ready-made display geometry in one static call.
+ *
+ * A class of static operations only, without data of its own. Most shapes
+ * come in pairs: a Create...Primitive that builds the geometry, and a
+ * Create...Rep that wraps the same shape in a KEZVisRepGraphics with display
+ * options. The caller owns whatever an operation returns; a rep owns its
+ * primitives. No operation returns null: failures are exceptions, and a rep
+ * operation passes on the exception of its primitive unchanged.
+ *
+ * Every surface is a plain indexed triangle list, built with the array
+ * constructor of KEZVisSurfacePrimitive, and solids have no caps unless said
+ * so. Where an operation passes no normals, the surface works them out by its
+ * own rule. Each operation allocates its arrays once at their final size and
+ * fills them in one pass.
+ *
+ * The operations hold no state and touch no shared data: they may run on any
+ * thread at the same time, as long as each works on data of its own.
+ *
+ * Regular shapes on a circle: the circle round the origin gets the given
+ * normal or axis and no start direction, so the circle chooses where corner 0
+ * lies; with the normal (0, 0, 1) that is origin + (radius, 0, 0), and the
+ * corners run counter-clockwise seen from the tip of the normal. Corner i of
+ * \c sides lies at the angle (2 i) pi / sides, with pi = 3.141592653589793.
+ *
+ * A normal or axis without magnitude is refused by the circle with
+ * KEZMathZeroMagnitudeVectorException. Whatever an operation has allocated
+ * when it throws is freed again.
+ *
+ * Counts: a side count below 1 throws KEZSysOutOfBoundsException with the
+ * count as the value, 1 as the lower limit, no upper limit (an invalid
+ * QVariant) and both limits included. A shape whose vertexes or triangles
+ * could not be numbered by an int throws std::bad_array_new_length, a
+ * std::bad_alloc, before anything is allocated.
+ */
+class KEZVISUALIZATION_EXPORT KEZVisRepFactory
+{
+public:
+    //! A rep of one connected KEZVisPolylinePrimitive through \a points, with \a options.
+    static KEZVisRep *CreatePolylineRep(KEZMathSetOfPoints const &points, KEZVisOptions const &options);
+
+    //! A rep of CreatePlaneBoundaryEdgesPrimitive(\a points) with \a options.
+    static KEZVisRep *CreatePlaneBoundaryEdgesRep(KEZMathSetOfPoints const &points, KEZVisOptions const &options);
+
+    //! A rep of CreatePlaneSurfacePrimitive(\a points, \a normal) with \a options.
+    static KEZVisRep *CreatePlaneSurfaceRep(KEZMathSetOfPoints const &points, KEZMathVector const &normal,
+                                            KEZVisOptions const &options);
+
+    /*!
+     * A plane: one rep of two primitives, the surface of
+     * CreatePlaneSurfacePrimitive(\a points, \a normal) first, drawn with
+     * \a surfaceOptions, then the outline of
+     * CreatePlaneBoundaryEdgesPrimitive(\a points), drawn with \a edgeOptions.
+     */
+    static KEZVisRep *CreatePlaneRep(KEZMathSetOfPoints const &points, KEZMathVector const &normal,
+                                     KEZVisOptions const &surfaceOptions, KEZVisOptions const &edgeOptions);
+
+    //! A rep of CreatePolygonPrimitive(\a origin, \a normal, \a radius, \a sides) with \a options.
+    static KEZVisRep *CreatePolygonRep(KEZMathPoint const &origin, KEZMathVector const &normal, double radius,
+                                       int sides, KEZVisOptions const &options);
+
+    //! A rep of CreatePrismPrimitive(\a origin, \a axis, \a radius, \a height, \a sides) with \a options.
+    static KEZVisRep *CreatePrismRep(KEZMathPoint const &origin, KEZMathVector const &axis, double radius,
+                                     double height, int sides, KEZVisOptions const &options);
+
+    //! A rep of CreatePyramidPrimitive(\a origin, \a axis, \a radius, \a height, \a sides) with \a options.
+    static KEZVisRep *CreatePyramidRep(KEZMathPoint const &origin, KEZMathVector const &axis, double radius,
+                                       double height, int sides, KEZVisOptions const &options);
+
+    //! A rep of CreateSpherePrimitive(\a center, \a radius, \a divisions) with \a options.
+    static KEZVisRep *CreateSphereRep(KEZMathPoint const &center, double radius, int divisions,
+                                      KEZVisOptions const &options);
+
+    /*!
+     * The closed outline of \a points: a connected polyline through the
+     * points and back to the first, n + 1 points for n points.
+     *
+     * An empty list gives an empty polyline (no points) rather than touching a
+     * first point that is not there.
+     */
+    static KEZVisPolylinePrimitive *CreatePlaneBoundaryEdgesPrimitive(KEZMathSetOfPoints const &points);
+
+    /*!
+     * The surface of a plane outline: the points in order are the vertexes,
+     * and the triangles a fan from vertex 0, (0, 1, 2), (0, 2, 3) and so on to
+     * (0, n - 2, n - 1). The points are taken to be convex and planar, which
+     * is not checked. The triangle normals are \a normal as given, not
+     * normalised; the normal array handed to the surface holds one entry per
+     * vertex, more than the surface reads, which is harmless.
+     *
+     * Fewer than three points give a surface of those vertexes and no
+     * triangles.
+     */
+    static KEZVisSurfacePrimitive *CreatePlaneSurfacePrimitive(KEZMathSetOfPoints const &points,
+                                                               KEZMathVector const &normal);
+
+    /*!
+     * A filled regular polygon: \a sides vertexes on the circle, vertex i
+     * being corner i, and sides - 2 triangles in a fan from vertex 0,
+     * (0, t + 1, t + 2). Every triangle has the normalised \a normal as its
+     * normal. Two sides give two vertexes and no triangles.
+     *
+     * Throws KEZSysOutOfBoundsException below one side (see the class). One
+     * side passes that check, and its triangle count of -1 makes the
+     * allocation of the arrays throw std::bad_array_new_length, a
+     * std::bad_alloc; that is deliberate and kept.
+     */
+    static KEZVisSurfacePrimitive *CreatePolygonPrimitive(KEZMathPoint const &origin, KEZMathVector const &normal,
+                                                          double radius, int sides);
+
+    /*!
+     * The side wall of a regular prism, without caps: for each corner i,
+     * vertex 2i on the circle round \a origin and vertex 2i + 1 on the circle
+     * round \a origin + normalised \a axis * \a height. With n = 2 * sides,
+     * triangle k is (k, (k + 1) mod n, (k + 2) mod n), a closed strip whose
+     * winding alternates in space; the surface works out the normals.
+     *
+     * Throws KEZSysOutOfBoundsException below one side (see the class).
+     */
+    static KEZVisSurfacePrimitive *CreatePrismPrimitive(KEZMathPoint const &origin, KEZMathVector const &axis,
+                                                        double radius, double height, int sides);
+
+    /*!
+     * The mantle of a regular pyramid, without a base: vertex 0 is the apex
+     * \a origin + \a height * normalised \a axis, vertex i + 1 corner i of the
+     * circle round \a origin. Triangles (0, k, k + 1) for k from 1 to
+     * sides - 1, closed by (0, sides, 1); one side gives the degenerate
+     * (0, 1, 1). The surface works out the normals.
+     *
+     * Throws KEZSysOutOfBoundsException below one side (see the class).
+     */
+    static KEZVisSurfacePrimitive *CreatePyramidPrimitive(KEZMathPoint const &origin, KEZMathVector const &axis,
+                                                          double radius, double height, int sides);
+
+    /*!
+     * A latitude and longitude sphere round the z axis.
+     *
+     * With d = \a divisions, there are R = 2d - 1 rings of M = 4d points and
+     * step = (pi / 2) / d. Vertex 0 is the north pole \a center + (0, 0, r),
+     * vertex 1 the south pole \a center - (0, 0, r). Ring k, from the north,
+     * lies at the polar angle a, which starts at step and grows by step from
+     * ring to ring by running addition; on it, point j lies at the longitude
+     * b, which starts at 0 on every ring and grows by step by running
+     * addition. Vertex 2 + k M + j is
+     * \a center + (sin(b) sin(a) r, cos(b) sin(a) r, cos(a) r): longitude 0
+     * lies on +y and longitude grows towards +x. That makes
+     * 8 d^2 - 4 d + 2 vertexes.
+     *
+     * Writing A(k, j) for vertex 2 + k M + (j mod M), with j - 1 wrapping to
+     * M - 1 at j = 0, the triangles are, in this order: the north cap
+     * (0, A(0, j - 1), A(0, j)) for each j; for each band k from 0 to R - 2
+     * and each j, (A(k, j), A(k, j - 1), A(k + 1, j)) and then
+     * (A(k + 1, j), A(k, j - 1), A(k + 1, j - 1)); the south cap
+     * (1, A(R - 1, j), A(R - 1, j - 1)) for each j. Twice as many triangles as
+     * ring vertexes. The surface works out the normals.
+     *
+     * A \a radius under 0.001, or a NaN radius, throws
+     * KEZSysOutOfBoundsException with the radius as the value, 0.0 as the
+     * lower limit, no upper limit and neither limit included. Then a
+     * \a divisions below 1 throws KEZSysOutOfBoundsException with the count as
+     * the value, 1 as the lower limit, no upper limit and both included. More
+     * than 11585 divisions give more triangles than an int can number and
+     * throw std::bad_array_new_length.
+     */
+    static KEZVisSurfacePrimitive *CreateSpherePrimitive(KEZMathPoint const &center, double radius, int divisions);
+
+    /*!
+     * A solid arrow from its absolute measures: one KEZVisRepGraphics of three
+     * surfaces drawn with \a options, in this order: the shaft's wall,
+     * CreatePrismPrimitive(\a start, d, \a shaftRadius, \a shaftLength,
+     * \a sides); the disc that closes the shaft at \a start,
+     * CreatePolygonPrimitive(\a start, d, \a shaftRadius, \a sides); the head,
+     * CreatePyramidPrimitive(\a start + d * \a shaftLength, d, \a headRadius,
+     * \a headLength, \a sides), with its apex at
+     * \a start + d * (\a shaftLength + \a headLength). d is \a direction
+     * normalised. A zero direction is not checked here: it stays zero, and
+     * the shaft's circle then refuses it with
+     * KEZMathZeroMagnitudeVectorException.
+     *
+     * On purpose there is no disc at the far end of the shaft and none under
+     * the head.
+     *
+     * Below one side the shaft throws KEZSysOutOfBoundsException; with one
+     * side the disc throws std::bad_array_new_length. Nothing leaks either way.
+     */
+    static KEZVisRep *CreateArrowRep(KEZMathPoint const &start, KEZMathVector const &direction, double shaftLength,
+                                     double shaftRadius, double headLength, double headRadius, int sides,
+                                     KEZVisOptions const &options);
+
+    /*!
+     * A solid arrow with measures in proportion to its \a length: the absolute
+     * form with the shaft length \a length * \a shaftLengthRatio, the shaft
+     * radius \a length * \a shaftRadiusRatio, the head length
+     * (1.0 - \a shaftLengthRatio) * \a length and the head radius
+     * \a length * \a headRadiusRatio. The whole arrow, from \a start to the
+     * apex, is thus \a length long whatever the ratios.
+     */
+    static KEZVisRep *CreateArrowRep(KEZMathPoint const &start, KEZMathVector const &direction, double length,
+                                     KEZVisOptions const &options, int sides, double shaftRadiusRatio,
+                                     double headRadiusRatio, double shaftLengthRatio);
+
+    /*!
+     * An axis line: one KEZVisPolylinePrimitive of separate segments holding
+     * the single segment from \a start to \a start + d * \a length, d being
+     * \a direction normalised, drawn with \a options. A zero direction stays
+     * zero, so both ends lie on \a start.
+     */
+    static KEZVisRepGraphics *CreateAxisRep(KEZMathPoint const &start, KEZMathVector const &direction, double length,
+                                            KEZVisOptions const &options);
+
+    /*!
+     * An origin mark: one KEZVisPointPrimitive holding \a point, drawn with
+     * \a options. The name keeps its historical spelling.
+     */
+    static KEZVisRepGraphics *CreateOirginRep(KEZMathPoint const &point, KEZVisOptions const &options);
+};
+
+#endif // KEZVISREPFACTORY_H
