@@ -5,7 +5,7 @@
 // triangulating, collecting the triangles; the points exist beforehand), and, when CGAL is at hand,
 // CGAL's Constrained_Delaunay_triangulation_2 with the constraints inserted one by one and with its
 // bulk insert_constraints (the triangulation only, without marking the inside). A table of ratios
-// (our time divided by CGAL's) follows the usual output.
+// (our CPU time divided by CGAL's) follows the usual output.
 #include "triangulation/CDT.h"
 
 #include <benchmark/benchmark.h>
@@ -151,7 +151,8 @@ const std::vector<std::string> &InputNames()
     return names;
 }
 
-// Keeps every run's time and prints the ratios after the usual output.
+// Keeps every run's CPU time and prints the ratios after the usual output. CPU time, because on a
+// busy machine the wall time of both sides suffers from whatever else runs.
 class RatioReporter : public benchmark::ConsoleReporter
 {
 public:
@@ -159,37 +160,38 @@ public:
     {
         for (const Run &run : runs)
             if (run.run_type == Run::RT_Iteration && !run.error_occurred)
-                m_seconds[run.benchmark_name()] = run.GetAdjustedRealTime();
+                m_cpu[run.benchmark_name()] = run.GetAdjustedCPUTime();
         ConsoleReporter::ReportRuns(runs);
     }
     void PrintRatios() const
     {
-        std::printf("\nTime of our triangulator divided by CGAL's (below 1: ours is faster)\n");
-        std::printf("%-14s %14s %14s %14s %12s %12s %12s\n", "input", "ours", "CGAL seq.", "CGAL bulk", "ours/seq.",
-                    "ours/bulk", "ours/best");
+        std::printf("\nCPU time in ms, and ours divided by CGAL's (below 1: ours is faster)\n");
+        std::printf("%-14s %10s %10s %10s %10s %10s %10s\n", "input", "ours", "CGAL seq.", "CGAL bulk", "/seq.",
+                    "/bulk", "/best");
         for (const std::string &name : InputNames()) {
             const double ours = Time("Triangulator/" + name);
             const double sequential = Time("CgalSequential/" + name);
             const double bulk = Time("CgalBulk/" + name);
             if (ours <= 0)
                 continue;
-            if (sequential <= 0 || bulk <= 0) {
-                std::printf("%-14s %14.3f\n", name.c_str(), ours);
-                continue;
-            }
-            std::printf("%-14s %14.3f %14.3f %14.3f %12.3f %12.3f %12.3f\n", name.c_str(), ours, sequential, bulk,
-                        ours / sequential, ours / bulk, ours / std::min(sequential, bulk));
+            std::printf("%-14s %10.2f", name.c_str(), ours);
+            for (double cgal : {sequential, bulk})
+                cgal > 0 ? std::printf(" %10.2f", cgal) : std::printf(" %10s", "-");
+            for (double cgal : {sequential, bulk})
+                cgal > 0 ? std::printf(" %10.3f", ours / cgal) : std::printf(" %10s", "-");
+            if (sequential > 0 && bulk > 0)
+                std::printf(" %10.3f", ours / std::min(sequential, bulk));
+            std::printf("\n");
         }
-        std::printf("(times in the unit of the runs above)\n");
     }
 
 private:
     double Time(const std::string &name) const
     {
-        const auto it = m_seconds.find(name);
-        return it == m_seconds.end() ? -1.0 : it->second;
+        const auto it = m_cpu.find(name);
+        return it == m_cpu.end() ? -1.0 : it->second;
     }
-    std::map<std::string, double> m_seconds;
+    std::map<std::string, double> m_cpu;
 };
 
 } // namespace

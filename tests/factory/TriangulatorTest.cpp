@@ -2,6 +2,7 @@
 #include "TriangulatorTestSupport.h"
 
 #include "triangulation/CDT.h"
+#include "triangulation/Predicates_p.h"
 #include "triangulation/TestHooks_p.h"
 #include "triangulation/TriangulationLogging_p.h"
 
@@ -79,6 +80,44 @@ Polygon Square(double size = 1.0)
 }
 
 } // namespace
+
+// ---------------------------------------------------------------------------------------------
+// Exact predicates
+
+TEST(TriangulatorPredicates, CornersOfASquareAreCoCircularAtAnyOffsetAndScale)
+{
+    int checked = 0;
+    for (const double offset : {0.0, 0.75, 1024.5, 3e8, -7.25e12}) {
+        for (const double size : {1.0, 0.125, 4096.0, std::ldexp(1.0, -30)}) {
+            const double x0 = offset, y0 = offset / 2, x1 = offset + size, y1 = offset / 2 + size;
+            if (x1 - x0 != size || y1 - y0 != size)
+                continue; // the size is below the offset's resolution
+            ++checked;
+            EXPECT_EQ(p2t::detail::InCircleSign(x0, y0, x1, y0, x1, y1, x0, y1), 0) << offset << " " << size;
+            // One ulp further out (up) leaves the circle, one ulp in (down) enters it.
+            EXPECT_EQ(p2t::detail::InCircleSign(x0, y0, x1, y0, x1, y1, x0, std::nextafter(y1, 1e300)), -1);
+            EXPECT_EQ(p2t::detail::InCircleSign(x0, y0, x1, y0, x1, y1, x0, std::nextafter(y1, -1e300)), 1);
+        }
+    }
+    EXPECT_GE(checked, 15);
+}
+
+TEST(TriangulatorPredicates, OrientationIsExactOneUlpOffTheLine)
+{
+    for (const double offset : {0.0, 1.5, 1e9, -3e15}) {
+        const double ax = offset, ay = offset, bx = offset + 3, by = offset + 1, cx = offset + 6, cy = offset + 2;
+        EXPECT_EQ(p2t::detail::OrientSign(ax, ay, bx, by, cx, cy), 0) << offset;
+        EXPECT_EQ(p2t::detail::OrientSign(ax, ay, bx, by, cx, std::nextafter(cy, 1e300)), 1) << offset;
+        EXPECT_EQ(p2t::detail::OrientSign(ax, ay, bx, by, cx, std::nextafter(cy, -1e300)), -1) << offset;
+    }
+}
+
+TEST(TriangulatorPredicates, ToleranceOrientationTreatsTinyAreasAsCollinear)
+{
+    EXPECT_EQ(p2t::detail::OrientWithTolerance(0, 0, 1, 0, 0.5, 0.9e-12), 0);
+    EXPECT_EQ(p2t::detail::OrientWithTolerance(0, 0, 1, 0, 0.5, 4e-12), 1);
+    EXPECT_EQ(p2t::detail::OrientWithTolerance(0, 0, 1, 0, 0.5, -4e-12), -1);
+}
 
 // ---------------------------------------------------------------------------------------------
 // Plain contract

@@ -5,14 +5,9 @@
 #include "Point.h"
 #include "Triangle.h"
 
-#include <memory>
 #include <vector>
 
 namespace p2t {
-
-namespace detail {
-class Sweep;
-}
 
 // Triangulates the inside of an outline with holes by a sweep-line constrained Delaunay
 // triangulation (Domiter and Zalik): the points are swept in order of y and then x over an advancing
@@ -42,13 +37,24 @@ class Sweep;
 //   ones. The artificial points lie 0.3 times the cloud's extent in x and in y beyond its lower
 //   corners.
 //
-// Robustness: Triangulate never throws for trouble in the geometry and never hangs. If the sweep hits
-// a situation it cannot handle (a std::runtime_error raised while sweeping, such as "[Unsupported]
-// Opposing point on constrained edge" for crossing constrained edges), it stops there: points not yet
-// reached stay out, the final stage collects what is reachable from the outline's first edge, and
-// GetTriangles gives that partial mesh. Situations that can only arise from an internal inconsistency
-// give up the affected constrained edge with a line in the Qt debug log of the category
-// "kez.visualization.triangulation".
+// Robustness: Triangulate never throws for trouble in the geometry and never hangs.
+// - If the sweep hits a situation it cannot handle, a std::runtime_error raised while sweeping ends
+//   it there: points not yet reached stay out, the final stage collects what is reachable from the
+//   outline's first edge, and GetTriangles gives that partial mesh (possibly empty). Constrained
+//   edges that cross each other raise "[Unsupported] Opposing point on constrained edge". The other
+//   messages guard states that a consistent mesh does not reach: "EdgeEvent - collinear points not
+//   supported" (a vertex on a constrained edge's line but outside the edge), "[BUG:FIXME] FLIP failed
+//   due to missing triangle" (a constrained edge leaving the mesh elsewhere than through the front)
+//   and "[BUG:FIXME] FLIP failed due to missing opposite point" (a neighbour that does not point
+//   back).
+// - Inserting a constrained edge cannot loop: an edge event that comes back to a state it was in
+//   before, or whose flips do not drain, writes "[BUG:FIXME] Endless loop" to the Qt debug log and
+//   gives up that edge. A flip step that finds no opposite point writes "Sweep::FlipEdgeEvent() FLIP
+//   failed due to missing triangle opposite point." and gives up the edge as well.
+// - The final stage survives a broken front: the turn for its start triangle ends at a missing
+//   neighbour, and the inside is collected with an explicit stack that skips missing neighbours.
+// Debug lines go to the logging category "kez.visualization.triangulation", enabled for debug
+// messages by default.
 class CDT
 {
 public:

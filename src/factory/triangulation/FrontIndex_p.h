@@ -73,7 +73,21 @@ public:
     }
 
 private:
-    static int HighestBit(std::uint64_t word) { return 63 - __builtin_clzll(word); }
+    static int HighestBit(std::uint64_t word)
+    {
+#if defined(__GNUC__) || defined(__clang__)
+        return 63 - __builtin_clzll(word);
+#else
+        int bit = 0;
+        for (int step = 32; step > 0; step /= 2) {
+            if (word >> step) {
+                word >>= step;
+                bit += step;
+            }
+        }
+        return bit;
+#endif
+    }
 
     std::vector<std::vector<std::uint64_t>> m_levels;
 };

@@ -70,24 +70,38 @@ struct Expansion
     }
 };
 
-// acc += f, by growing acc with each component of f in turn (each growth is exact).
+// acc += f. The components of both are merged by increasing magnitude and then summed from the
+// smallest up, each partial sum split exactly into its rounded value and the error that becomes the
+// next output component (the linear-time expansion sum; it relies on round-to-nearest-even).
 template <int A, int F>
 void AddInto(Expansion<A> &acc, const Expansion<F> &f)
 {
-    static_assert(A >= F, "accumulator too small");
-    for (int i = 0; i < f.size; ++i) {
-        double q = f.c[i];
-        int out = 0;
-        for (int k = 0; k < acc.size; ++k) {
-            double sum, err;
-            ExactSum(q, acc.c[k], sum, err);
-            if (err != 0.0)
-                acc.c[out++] = err; // out <= k: writes never overtake reads
-            q = sum;
-        }
-        acc.size = out;
-        acc.Push(q);
+    if (f.size == 0)
+        return;
+    if (acc.size == 0) {
+        for (int k = 0; k < f.size; ++k)
+            acc.c[k] = f.c[k];
+        acc.size = f.size;
+        return;
     }
+    double merged[A];
+    int i = 0, j = 0, m = 0;
+    while (i < acc.size && j < f.size)
+        merged[m++] = std::fabs(acc.c[i]) <= std::fabs(f.c[j]) ? acc.c[i++] : f.c[j++];
+    while (i < acc.size)
+        merged[m++] = acc.c[i++];
+    while (j < f.size)
+        merged[m++] = f.c[j++];
+
+    acc.size = 0;
+    double q = merged[0];
+    for (int k = 1; k < m; ++k) {
+        double sum, err;
+        ExactSum(q, merged[k], sum, err);
+        acc.Push(err);
+        q = sum;
+    }
+    acc.Push(q);
 }
 
 // out = e * b.

@@ -6,14 +6,21 @@
 //    points below it, and list every constrained edge under its upper end in sweep order.
 // 2. Sweep the points in order of y, then x. A point event puts a triangle on the front edge right
 //    below the new point and legalises it by flips; then small holes of the front next to the point
-//    (angles under 90 degrees) and a basin to its right are filled. Then an edge event inserts each
-//    constrained edge that ends at the point: first the part of the front that dips below the edge is
-//    filled, then the edges that the constrained edge crosses are flipped away until it is an edge of
-//    the mesh, then the edges made by those flips are legalised. A point lying on the constrained
-//    edge splits it there.
+//    (angles under 90 degrees) and a basin to its right are filled, each new triangle legalised in
+//    turn. Then an edge event inserts each constrained edge that ends at the point: it walks from
+//    the point along the edge through the triangles it crosses; where the walk leaves the mesh
+//    through the front, the pocket of the front below the edge is filled first; the crossed edges
+//    are then flipped away until the constrained edge is an edge of the mesh, and the edges made by
+//    those flips are legalised. A point lying on the constrained edge splits it there.
+//    The advancing front is a doubly linked list over the vertices; the front edge above which a new
+//    point lies is found through an index of the front vertices by their rank in x.
 // 3. Finalize: starting from the triangle on the inner side of the outline's first edge, collect the
-//    triangles reachable without crossing a constrained edge, run a closing Delaunay pass over them,
-//    and hand them out with the caller's points.
+//    triangles reachable without crossing a constrained edge, run a closing Delaunay pass over them
+//    (it finds nothing to flip when the sweep legalised everything, and guarantees the property
+//    otherwise), and hand them out with the caller's points.
+//
+// Deterministic: no hashing of pointers, no randomness; ties in the in-circle test (co-circular
+// points) never flip.
 #include "Sweep_p.h"
 
 #include "Predicates_p.h"
