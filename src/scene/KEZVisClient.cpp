@@ -99,9 +99,20 @@ void KEZVisClientPrivate::Wire(KEZVisEnvironment *newEnvironment)
 void KEZVisClientPrivate::OnObjectAdded(KEZVisObject *object)
 {
     Q_Q(KEZVisClient);
-    if (object)
-        connect(object, &KEZVisObject::ChangeOccurred, this, &KEZVisClientPrivate::OnObjectChanged);
+    if (object) {
+        // The connection carries its object instead of asking sender(), which
+        // scans every connection made to this receiver: with one connection per
+        // object that would make each change cost time linear in the scene.
+        connect(object, &KEZVisObject::ChangeOccurred, this,
+                [this, object](KEZVisObject::ChangeTypes changes) { DeliverChange(object, changes); });
+    }
     q->OnObjectAdded(object);
+}
+
+void KEZVisClientPrivate::DeliverChange(KEZVisObject *object, KEZVisObject::ChangeTypes changes)
+{
+    Q_Q(KEZVisClient);
+    q->OnObjectChanged(object, changes);
 }
 
 void KEZVisClientPrivate::OnObjectRemoved(KEZVisObject *object)

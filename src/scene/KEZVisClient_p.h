@@ -34,13 +34,22 @@ public:
         itself was destroyed, and then touches nothing more.
     */
     bool ForEachObject(KEZVisEnvironment *environment, const std::function<void(KEZVisObject *)> &visit);
+    //! Hands a change of \a object to the client.
+    void DeliverChange(KEZVisObject *object, KEZVisObject::ChangeTypes changes);
 
     QPointer<KEZVisEnvironment> environment;
     KEZVisClient *q_ptr;
 
 public slots:
+    //! Connects the object's ChangeOccurred() to DeliverChange(), then tells the client.
     void OnObjectAdded(KEZVisObject *object);
     void OnObjectRemoved(KEZVisObject *object);
+    /*
+        Hands a change to the client if sender() is a KEZVisObject, and ignores
+        it otherwise. The objects of the environment don't reach the client
+        through this slot but through DeliverChange(), with the same outcome:
+        sender() costs time linear in the number of connected objects.
+    */
     void OnObjectChanged(KEZVisObject::ChangeTypes changes);
     void OnClientChangeRequested(const KEZVisClientChangeRequest &request);
     void OnVisualizationSelectionChanged(const QSet<KEZVisObject *> &selected,
