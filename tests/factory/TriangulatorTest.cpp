@@ -537,6 +537,34 @@ TEST(Triangulator, FinalStageSurvivesABrokenFront)
     EXPECT_LT(result.triangles.size(), 198u);
 }
 
+TEST(Triangulator, ClosingPassAloneMakesTheResultConstrainedDelaunay)
+{
+    // Without legalisation during the sweep, the closing pass has all the flipping to do.
+    const Polygon star = Star(2000, 17);
+    const Polygon grid = JitteredHoleGrid(12, 18);
+    const std::set<Tri> starExpected = AsSet(Triangulate(star).triangles);
+    const std::set<Tri> gridExpected = AsSet(Triangulate(grid).triangles);
+    ScopedHooks scoped;
+    scoped.hooks.skipSweepLegalization = true;
+    const Result starResult = Triangulate(star);
+    EXPECT_GT(scoped.hooks.closingFlips, 100);
+    EXPECT_TRUE(IsValidTriangulation(star, starResult.triangles));
+    EXPECT_EQ(AsSet(starResult.triangles), starExpected);
+    const Result gridResult = Triangulate(grid);
+    EXPECT_GT(scoped.hooks.closingFlips, 100);
+    EXPECT_TRUE(IsValidTriangulation(grid, gridResult.triangles));
+    EXPECT_EQ(AsSet(gridResult.triangles), gridExpected);
+}
+
+TEST(Triangulator, SweepLeavesNothingForTheClosingPass)
+{
+    ScopedHooks scoped;
+    for (const Polygon &polygon : {Star(3000, 19), JitteredHoleGrid(15, 20), RegularHoleGrid(15)}) {
+        Triangulate(polygon);
+        EXPECT_EQ(scoped.hooks.closingFlips, 0);
+    }
+}
+
 TEST(Triangulator, NoDebugLinesForCleanInput)
 {
     TriangulationLog log;

@@ -341,6 +341,10 @@ void Sweep::Flip(int t, int i, int o, int j)
 // when a flip step finds no opposite point; the pending work is then dropped.
 bool Sweep::Legalize(bool general)
 {
+    if (m_hooks && m_hooks->skipSweepLegalization) {
+        m_legalize.clear();
+        return true;
+    }
     while (!m_legalize.empty()) {
         const auto [t, i] = m_legalize.back();
         m_legalize.pop_back();
@@ -936,31 +940,39 @@ void Sweep::Finalize(std::vector<Triangle> &out)
     }
 
     // Closing Delaunay pass over the result: flips between two collected triangles keep both inside.
+    // Each shared edge is checked once from its lower-numbered triangle; only a flip queues the
+    // edges around it for another look.
     int flips = 0;
     m_legalize.clear();
-    for (int t : result)
-        for (int k = 0; k < 3; ++k)
-            m_legalize.emplace_back(t, k);
-    while (!m_legalize.empty()) {
-        const auto [t, i] = m_legalize.back();
-        m_legalize.pop_back();
+    auto check = [&](int t, int i) {
         const Tri &T = m_tris[static_cast<std::size_t>(t)];
         const int o = T.n[i];
         if (o < 0 || (T.constrained & (1u << i)) || !inside[static_cast<std::size_t>(o)])
-            continue;
+            return;
         const int j = IndexOfNeighbor(o, t);
         if (j < 0)
-            continue;
+            return;
         const int a = T.v[i], b = T.v[Next3(i)], c = T.v[Prev3(i)];
         const int q = m_tris[static_cast<std::size_t>(o)].v[j];
         if (InCircleSign(X(a), Y(a), X(b), Y(b), X(c), Y(c), X(q), Y(q)) <= 0)
-            continue;
+            return;
         Flip(t, i, o, j);
         ++flips;
         m_legalize.emplace_back(t, 0);
         m_legalize.emplace_back(t, 2);
         m_legalize.emplace_back(o, 0);
         m_legalize.emplace_back(o, 1);
+    };
+    for (int t : result) {
+        for (int k = 0; k < 3; ++k) {
+            if (m_tris[static_cast<std::size_t>(t)].n[k] > t)
+                check(t, k);
+            while (!m_legalize.empty()) {
+                const auto [u, i] = m_legalize.back();
+                m_legalize.pop_back();
+                check(u, i);
+            }
+        }
     }
     if (m_hooks)
         m_hooks->closingFlips = flips;

@@ -28,6 +28,8 @@ struct TestHooks
     // point, one-sidedly, as a front left broken by an interrupted sweep would be.
     bool breakFrontBeforeFinalization = false;
 
+    // Skip the legalisation during the sweep, leaving the Delaunay property to the closing pass.
+    bool skipSweepLegalization = false;
     // Check the whole mesh and front after every point and edge event; the first inconsistency found
     // ends up in inconsistency.
     bool verifyEveryStep = false;
