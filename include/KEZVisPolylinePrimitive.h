@@ -182,7 +182,7 @@ KEZVISUALIZATION_EXPORT QDataStream &operator<<(QDataStream &stream, const KEZVi
  * never with the count alone. A negative count sets the status
  * QDataStream::ReadCorruptData. When the stream fails while reading (a short
  * stream gives QDataStream::ReadPastEnd) the polyline is left without points,
- * with the default box; the structure keeps what was read. As with Qt's own
+ * with the default box, and its structure as it was. As with Qt's own
  * container readers, the reading is judged on its own: a failure status that
  * the stream had before is set again afterwards.
  */
