@@ -194,6 +194,17 @@ TEST(Triangulator, TriangulatingAgainGivesTheSameTriangles)
     EXPECT_EQ(first, second);
 }
 
+TEST(Triangulator, CoCircularPointsGiveTheSameTrianglesEveryTime)
+{
+    // A regular grid of square holes is full of co-circular corners: the choice among the Delaunay
+    // triangulations must not vary between runs or between CDT objects.
+    const Polygon grid = RegularHoleGrid(12);
+    const std::set<Tri> first = AsSet(Triangulate(grid).triangles);
+    EXPECT_FALSE(first.empty());
+    for (int run = 0; run < 3; ++run)
+        EXPECT_EQ(AsSet(Triangulate(grid).triangles), first);
+}
+
 TEST(Triangulator, RepeatedPointsAreMergedIntoTheFirstOfThem)
 {
     p2t::Point a(0, 0), b(4, 0), bAgain(4, 0), c(4, 4), d(0, 4), aAgain(0, 0);
