@@ -18,6 +18,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstdlib>
 #include <memory>
 #include <vector>
 
@@ -78,119 +79,135 @@ struct Scene
     std::unique_ptr<KEZVisEnvironment> environment;
     std::unique_ptr<CountingClient> client;
     std::vector<KEZVisVirtualObject *> objects;
+    QList<KEZVisObject *> list;     // for the operations that take a list
+    QSet<KEZVisObject *> request;   // for the operations that take a set
 };
+
+// Settles the allocator between the untimed and the timed parts. glibc keeps
+// the small chunks that a torn-down scene freed in fast bins, and merges them
+// all at the next allocation of a larger block: without this, the first
+// larger allocation of the timed operation (a list or a hash that grows)
+// would pay for tearing down the previous scene. A large request triggers the
+// merge here, while timing is paused; the memory stays with the process.
+void SettleHeap()
+{
+    void *block = std::malloc(64 * 1024);
+    benchmark::DoNotOptimize(block);
+    std::free(block);
+}
+
+// Times \a operation on a scene made by \a setup, once per iteration; making
+// and destroying the scene aren't timed. One untimed pass comes first, so that
+// the heap has held a scene of this size before and every size is timed in the
+// same state: otherwise the first large scene pays for fresh pages from the
+// system, and the comparison between sizes would measure the history of the
+// process instead of the scene.
+template <typename Setup, typename Operation>
+void TimeOperation(benchmark::State &state, Setup setup, Operation operation)
+{
+    {
+        auto scene = setup();
+        operation(*scene);
+    }
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto scene = setup();
+        SettleHeap();
+        state.ResumeTiming();
+        operation(*scene);
+        state.PauseTiming();
+        scene.reset();
+        SettleHeap();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
 
 void AddVirtualObjects(benchmark::State &state)
 {
     const int count = int(state.range(0));
-    for (auto _ : state) {
-        state.PauseTiming();
-        auto scene = std::make_unique<Scene>(count, false, false);
-        state.ResumeTiming();
-        for (KEZVisVirtualObject *object : scene->objects)
-            scene->environment->AddVirtualObject(object);
-        state.PauseTiming();
-        benchmark::DoNotOptimize(scene->environment->GetVirtualObjects().size());
-        scene.reset();
-        state.ResumeTiming();
-    }
-    state.SetItemsProcessed(state.iterations() * count);
+    TimeOperation(
+        state, [count]() { return std::make_unique<Scene>(count, false, false); },
+        [](Scene &scene) {
+            for (KEZVisVirtualObject *object : scene.objects)
+                scene.environment->AddVirtualObject(object);
+            benchmark::DoNotOptimize(scene.environment->GetVirtualObjects().size());
+        });
 }
 
 void AttachClientToPopulatedEnvironment(benchmark::State &state)
 {
     const int count = int(state.range(0));
-    for (auto _ : state) {
-        state.PauseTiming();
-        auto scene = std::make_unique<Scene>(count, true, false);
-        CountingClient client;
-        state.ResumeTiming();
-        client.SetEnvironment(scene->environment.get());
-        state.PauseTiming();
-        benchmark::DoNotOptimize(client.calls);
-        client.SetEnvironment(nullptr);
-        scene.reset();
-        state.ResumeTiming();
-    }
-    state.SetItemsProcessed(state.iterations() * count);
+    TimeOperation(
+        state, [count]() { return std::make_unique<Scene>(count, true, false); },
+        [](Scene &scene) {
+            scene.client = std::make_unique<CountingClient>();
+            scene.client->SetEnvironment(scene.environment.get());
+            benchmark::DoNotOptimize(scene.client->calls);
+        });
 }
 
 void SetSelectionOfAll(benchmark::State &state)
 {
     const int count = int(state.range(0));
-    for (auto _ : state) {
-        state.PauseTiming();
-        auto scene = std::make_unique<Scene>(count, true, true);
-        const QList<KEZVisObject *> list = scene->AllObjects();
-        const QSet<KEZVisObject *> all(list.cbegin(), list.cend());
-        scene->environment->GetSelectionFilter();
-        state.ResumeTiming();
-        const bool changed = scene->environment->SetSelection(all);
-        state.PauseTiming();
-        benchmark::DoNotOptimize(changed);
-        scene.reset();
-        state.ResumeTiming();
-    }
-    state.SetItemsProcessed(state.iterations() * count);
+    TimeOperation(
+        state,
+        [count]() {
+            auto scene = std::make_unique<Scene>(count, true, true);
+            const QList<KEZVisObject *> list = scene->AllObjects();
+            scene->request = QSet<KEZVisObject *>(list.cbegin(), list.cend());
+            scene->environment->GetSelectionFilter();
+            return scene;
+        },
+        [](Scene &scene) { benchmark::DoNotOptimize(scene.environment->SetSelection(scene.request)); });
 }
 
 void FitToObjectsOfAll(benchmark::State &state)
 {
     const int count = int(state.range(0));
-    for (auto _ : state) {
-        state.PauseTiming();
-        auto scene = std::make_unique<Scene>(count, true, true);
-        const QList<KEZVisObject *> all = scene->AllObjects();
-        state.ResumeTiming();
-        // The first fit asks every rep for its box; the cache answers afterwards.
-        scene->environment->FitToObjects(all);
-        state.PauseTiming();
-        scene.reset();
-        state.ResumeTiming();
-    }
-    state.SetItemsProcessed(state.iterations() * count);
+    TimeOperation(
+        state,
+        [count]() {
+            auto scene = std::make_unique<Scene>(count, true, true);
+            scene->list = scene->AllObjects();
+            return scene;
+        },
+        // The first fit of a scene asks every rep for its box; the cache answers afterwards.
+        [](Scene &scene) { scene.environment->FitToObjects(scene.list); });
 }
 
 void RemoveAllVirtualObjects(benchmark::State &state)
 {
     const int count = int(state.range(0));
-    for (auto _ : state) {
-        state.PauseTiming();
-        auto scene = std::make_unique<Scene>(count, true, true);
-        state.ResumeTiming();
-        scene->environment->RemoveAllVirtualObjects();
-        state.PauseTiming();
-        scene.reset();
-        state.ResumeTiming();
-    }
-    state.SetItemsProcessed(state.iterations() * count);
+    TimeOperation(
+        state, [count]() { return std::make_unique<Scene>(count, true, true); },
+        [](Scene &scene) { scene.environment->RemoveAllVirtualObjects(); });
 }
 
 // Objects that die while listed, selected and mirrored by a client.
 void DestroyObjects(benchmark::State &state, bool reverse)
 {
     const int count = int(state.range(0));
-    for (auto _ : state) {
-        state.PauseTiming();
-        auto scene = std::make_unique<Scene>(count, true, true);
-        const QList<KEZVisObject *> list = scene->AllObjects();
-        scene->environment->SetSelection(QSet<KEZVisObject *>(list.cbegin(), list.cend()));
-        std::vector<KEZVisVirtualObject *> objects;
-        objects.swap(scene->objects);
-        state.ResumeTiming();
-        if (reverse) {
-            for (auto it = objects.rbegin(); it != objects.rend(); ++it)
-                delete *it;
-        } else {
-            for (KEZVisVirtualObject *object : objects)
-                delete object;
-        }
-        state.PauseTiming();
-        benchmark::DoNotOptimize(scene->environment->GetVirtualObjects().size());
-        scene.reset();
-        state.ResumeTiming();
-    }
-    state.SetItemsProcessed(state.iterations() * count);
+    TimeOperation(
+        state,
+        [count]() {
+            auto scene = std::make_unique<Scene>(count, true, true);
+            const QList<KEZVisObject *> list = scene->AllObjects();
+            scene->environment->SetSelection(QSet<KEZVisObject *>(list.cbegin(), list.cend()));
+            return scene;
+        },
+        [reverse](Scene &scene) {
+            std::vector<KEZVisVirtualObject *> objects;
+            objects.swap(scene.objects);
+            if (reverse) {
+                for (auto it = objects.rbegin(); it != objects.rend(); ++it)
+                    delete *it;
+            } else {
+                for (KEZVisVirtualObject *object : objects)
+                    delete object;
+            }
+            benchmark::DoNotOptimize(scene.environment->GetVirtualObjects().size());
+        });
 }
 
 void DestroyObjectsInOrderOfAddition(benchmark::State &state)

@@ -35,7 +35,9 @@ extern KEZVISUALIZATION_EXPORT const QByteArray KEZVisNeedRedrawWhenVisible;
     EndBatch()), then replays the new one's objects in one batch (BeginBatch(),
     OnObjectAdded() for each, EndBatch()), and always calls
     OnEnvironmentChanged() last. The selection and preselection aren't
-    replayed: read them from the environment if needed.
+    replayed: read them from the environment if needed. An object that a
+    handler destroys during the leave-taking or the replay is skipped, and a
+    client that a handler destroys is called no more.
 
     Within a batch a client gets exactly what it would get without one, at the
     moment it happens; nothing is stored, deferred or merged. The bracket lets a

@@ -332,6 +332,13 @@ protected:
         selection signal. Otherwise VisualizationSelectionChanged(additions,
         removals) goes out, the pending sets are cleared and the batch closes.
         With nothing pending and no batch held, nothing happens.
+
+        Listeners run inside the commit. One that destroys an object takes it
+        out of the pending sets at once, and the commit skips it. One that lets
+        an exception escape doesn't leave the environment stuck: the commit
+        still takes effect in the selection set, the remaining signals are
+        skipped, the pending sets are cleared, the batch closes, and the
+        exception goes on to the caller.
     */
     void EndSelection();
     //! Inserts \a object into the pending additions.

@@ -26,6 +26,24 @@ void removeIfPresent(QSet<KEZVisObject *> &set, KEZVisObject *object)
         set.remove(object);
 }
 
+// Inserts every object of source into target. QSet::unite() inserts one by one
+// even into an empty set; sharing the larger set and inserting the smaller one
+// keeps large selections cheap.
+void uniteInto(QSet<KEZVisObject *> &target, const QSet<KEZVisObject *> &source)
+{
+    if (source.isEmpty())
+        return;
+    if (target.isEmpty()) {
+        target = source;
+    } else if (source.size() > target.size()) {
+        QSet<KEZVisObject *> united = source;
+        united.unite(target);
+        target = std::move(united);
+    } else {
+        target.unite(source);
+    }
+}
+
 } // namespace
 
 // ---------------------------------------------------------------------------
@@ -355,7 +373,7 @@ void KEZVisEnvironment::SetSelectionFilter(KEZVisSelectionFilter *filter)
         EndSelection();
         throw;
     }
-    d->pendingRemovals.unite(refused);
+    uniteInto(d->pendingRemovals, refused);
     EndSelection();
     emit SelectionFilterChanged(filter);
 }
@@ -389,7 +407,7 @@ bool KEZVisEnvironment::AddToSelection(KEZVisObject *object)
         return false;
     BeginSelection();
     if (!filter->IsMultiSelection())
-        d->pendingRemovals.unite(d->selection);
+        uniteInto(d->pendingRemovals, d->selection);
     d->pendingAdditions.insert(object);
     EndSelection();
     return true;
@@ -423,14 +441,15 @@ bool KEZVisEnvironment::SetSelection(const QSet<KEZVisObject *> &objects)
     if (objects == d->selection)
         return true;
 
-    QSet<KEZVisObject *> candidates;
+    // Starts as a shared copy of the request and loses what the filter refuses:
+    // accepting everything costs no copy.
+    QSet<KEZVisObject *> candidates = objects;
     if (!objects.isEmpty()) {
         d->EnsureSelectionFilter();
         const QSharedPointer<KEZVisSelectionFilter> filter = d->selectionFilter;
-        candidates.reserve(objects.size());
         for (KEZVisObject *object : objects) {
-            if (object && filter->IsSelectable(object))
-                candidates.insert(object);
+            if (!object || !filter->IsSelectable(object))
+                candidates.remove(object);
         }
         if (!filter->IsMultiSelection() && candidates.size() > 1) {
             // One remains: the first in set order, which is arbitrary.
@@ -448,7 +467,7 @@ bool KEZVisEnvironment::SetSelection(const QSet<KEZVisObject *> &objects)
         if (!objects.contains(object))
             d->pendingRemovals.insert(object);
     }
-    d->pendingAdditions.unite(candidates);
+    uniteInto(d->pendingAdditions, candidates);
     EndSelection();
     return true;
 }
@@ -508,16 +527,16 @@ void KEZVisEnvironment::EndSelection()
     };
 
     // A removal beats an addition of the same object.
-    for (KEZVisObject *object : std::as_const(d->pendingRemovals))
-        removeIfPresent(d->pendingAdditions, object);
+    if (!d->pendingAdditions.isEmpty()) {
+        for (KEZVisObject *object : std::as_const(d->pendingRemovals))
+            removeIfPresent(d->pendingAdditions, object);
+    }
     // Only selected objects can be deselected.
-    if (!d->pendingRemovals.isEmpty()) {
-        QSet<KEZVisObject *> reduced;
-        for (KEZVisObject *object : std::as_const(d->pendingRemovals)) {
-            if (d->selection.contains(object))
-                reduced.insert(object);
-        }
-        d->pendingRemovals = reduced;
+    for (auto it = d->pendingRemovals.begin(); it != d->pendingRemovals.end();) {
+        if (d->selection.contains(*it))
+            ++it;
+        else
+            it = d->pendingRemovals.erase(it);
     }
 
     try {
@@ -532,7 +551,7 @@ void KEZVisEnvironment::EndSelection()
             if (od->selectionState != KEZVisObject::PreSelected)
                 od->SetSelectionState(KEZVisObject::Selected);
         }
-        d->selection.unite(d->pendingAdditions);
+        uniteInto(d->selection, d->pendingAdditions);
 
         const QSet<KEZVisObject *> removals = d->pendingRemovals;
         for (KEZVisObject *object : removals) {
@@ -557,7 +576,7 @@ void KEZVisEnvironment::EndSelection()
         // A listener let an exception escape: the commit stays in the selection
         // set, the remaining signals are skipped, the transaction ends and the
         // exception goes on.
-        d->selection.unite(d->pendingAdditions);
+        uniteInto(d->selection, d->pendingAdditions);
         for (KEZVisObject *object : std::as_const(d->pendingRemovals))
             removeIfPresent(d->selection, object);
         finish();

@@ -6,7 +6,7 @@
 
 #include <QHash>
 #include <QList>
-#include <QVarLengthArray>
+#include <QMultiHash>
 
 #include <vector>
 
@@ -15,10 +15,14 @@ class KEZVisVirtualObject;
 
 /*
     Entries live in a QList of slots. Removing an object marks its slots dead
-    instead of shifting the list; a hash from object to the indexes of its slots
-    finds them without a scan. The dead slots are squeezed out, in one linear
-    pass that keeps the order, once they outnumber the live ones and whenever the
-    whole list is handed out, so the cost of a removal stays amortised constant.
+    instead of shifting the list; a hash from object to the index of its first
+    slot finds it without a scan, and a second hash holds the further slots of
+    the rare object that is listed more than once. The hash holds one pointer
+    and one index per object: in large scenes the size of the table, more than
+    the work per object, decides the cost. The dead slots are squeezed out, in
+    one linear pass that keeps the order, once they outnumber the live ones and
+    whenever the whole list is handed out, so the cost of a removal stays
+    amortised constant.
     A null pointer is a legal entry like any other.
 */
 class KEZVisEnvironmentObjectList
@@ -43,7 +47,8 @@ private:
     mutable QList<KEZVisVirtualObject *> m_slots;
     mutable std::vector<bool> m_alive;
     // Keyed by the base class: a dying object is no longer a KEZVisVirtualObject.
-    mutable QHash<KEZVisObject *, QVarLengthArray<qsizetype, 1>> m_positions;
+    mutable QHash<KEZVisObject *, qsizetype> m_first;
+    mutable QMultiHash<KEZVisObject *, qsizetype> m_more;
     mutable qsizetype m_dead = 0;
 };
 

@@ -165,6 +165,36 @@ TEST(Environment, RemoveVirtualObjectKeepsTheListOrderOfTheOthers)
     EXPECT_EQ(environment.GetObjects(), asObjects);
 }
 
+TEST(Environment, DuplicatesKeepTheirPlacesThroughManyRemovals)
+{
+    KEZVisEnvironment environment;
+    std::vector<std::unique_ptr<KEZVisVirtualObject>> objects;
+    for (int i = 0; i < 200; ++i)
+        objects.push_back(std::make_unique<KEZVisVirtualObject>(&environment));
+    QList<KEZVisVirtualObject *> expected;
+    for (int i = 0; i < 200; ++i) {
+        environment.AddVirtualObject(objects[size_t(i)].get());
+        expected.append(objects[size_t(i)].get());
+        if (i % 10 == 0) {  // every tenth object a second time, right behind an odd one
+            environment.AddVirtualObject(objects[size_t(199 - i)].get());
+            expected.append(objects[size_t(199 - i)].get());
+        }
+    }
+    // Remove the odd objects: every duplicate goes with both of its places.
+    for (int i = 1; i < 200; i += 2) {
+        environment.RemoveVirtualObject(objects[size_t(i)].get());
+        expected.removeAll(objects[size_t(i)].get());
+    }
+    EXPECT_EQ(environment.GetVirtualObjects(), expected);
+    // And the remaining ones from the back, again through many squeezes.
+    while (expected.size() > 3) {
+        KEZVisVirtualObject *last = expected.last();
+        environment.RemoveVirtualObject(last);
+        expected.removeAll(last);
+    }
+    EXPECT_EQ(environment.GetVirtualObjects(), expected);
+}
+
 TEST(Environment, RemoveAllVirtualObjectsRemovesInListOrderAndSkipsTheSecondTurnOfADuplicate)
 {
     SceneLog log;
