@@ -29,6 +29,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <numeric>
 #include <stdexcept>
 
@@ -57,6 +58,75 @@ constexpr int kPocketAhead = -2;
 
 inline int Next3(int i) { return i == 2 ? 0 : i + 1; }
 inline int Prev3(int i) { return i == 0 ? 2 : i - 1; }
+
+inline void Prefetch(const void *address)
+{
+#if defined(__GNUC__) || defined(__clang__)
+    __builtin_prefetch(address);
+#else
+    (void)address;
+#endif
+}
+
+// An unsigned key that orders like the finite double d (with -0 and +0 equal).
+inline std::uint64_t OrderedKey(double d)
+{
+    if (d == 0.0)
+        d = 0.0;
+    std::uint64_t bits;
+    std::memcpy(&bits, &d, sizeof bits);
+    return (bits >> 63) ? ~bits : bits | (std::uint64_t(1) << 63);
+}
+
+struct KeyedInput
+{
+    std::uint64_t x, y;
+    int order;
+};
+
+struct PositionedKey
+{
+    std::uint64_t key;
+    int position;
+};
+
+// Sorts items stably by key(item), an unsigned 64-bit key: a least significant digit radix sort with
+// 11-bit digits, skipping digits that all items share; small arrays go to std::stable_sort.
+template <typename Item, typename Key>
+void SortByKey(std::vector<Item> &items, Key key)
+{
+    const std::size_t size = items.size();
+    if (size < 512) {
+        std::stable_sort(items.begin(), items.end(),
+                         [&key](const Item &a, const Item &b) { return key(a) < key(b); });
+        return;
+    }
+    constexpr int kBits = 11;
+    constexpr std::size_t kBuckets = std::size_t(1) << kBits;
+    constexpr int kPasses = (64 + kBits - 1) / kBits;
+    std::vector<std::uint32_t> counts(kBuckets * kPasses, 0);
+    for (const Item &item : items) {
+        const std::uint64_t k = key(item);
+        for (int pass = 0; pass < kPasses; ++pass)
+            ++counts[static_cast<std::size_t>(pass) * kBuckets + ((k >> (pass * kBits)) & (kBuckets - 1))];
+    }
+    std::vector<Item> buffer(size);
+    for (int pass = 0; pass < kPasses; ++pass) {
+        std::uint32_t *count = counts.data() + static_cast<std::size_t>(pass) * kBuckets;
+        const int shift = pass * kBits;
+        if (count[(key(items[0]) >> shift) & (kBuckets - 1)] == size)
+            continue; // every item has this digit
+        std::uint32_t offset = 0;
+        for (std::size_t b = 0; b < kBuckets; ++b) {
+            const std::uint32_t c = count[b];
+            count[b] = offset;
+            offset += c;
+        }
+        for (const Item &item : items)
+            buffer[count[(key(item) >> shift) & (kBuckets - 1)]++] = item;
+        items.swap(buffer);
+    }
+}
 
 } // namespace
 
@@ -108,24 +178,28 @@ bool Sweep::Prepare()
     if (inputs.size() < 3 || ringInputs.empty() || ringInputs[0].size() < 3)
         return false;
 
-    // Merge identical coordinates. The first input point of a group represents it.
-    std::vector<Input> byX(inputs);
-    std::sort(byX.begin(), byX.end(), [](const Input &p, const Input &q) {
-        if (p.x != q.x)
-            return p.x < q.x;
-        if (p.y != q.y)
-            return p.y < q.y;
-        return p.order < q.order;
-    });
+    // Merge identical coordinates. The first input point of a group represents it. The points are
+    // sorted by (x, y, input order) as integer keys that order like the coordinates, in a contiguous
+    // array, by a stable radix sort: first by y, then by x.
+    std::vector<KeyedInput> byX(inputs.size());
+    for (std::size_t k = 0; k < inputs.size(); ++k)
+        byX[k] = {OrderedKey(inputs[k].x), OrderedKey(inputs[k].y), static_cast<int>(k)};
+    SortByKey(byX, [](const KeyedInput &in) { return in.y; });
+    SortByKey(byX, [](const KeyedInput &in) { return in.x; });
     std::vector<int> xPositionOfInput(inputs.size());
     std::vector<Input> unique; // one per position in x order, with its representative input point
+    std::vector<std::uint64_t> uniqueYKeys;
     unique.reserve(byX.size());
-    for (const Input &in : byX) {
-        if (unique.empty() || in.x != unique.back().x || in.y != unique.back().y)
-            unique.push_back(in);
+    uniqueYKeys.reserve(byX.size());
+    for (std::size_t k = 0; k < byX.size(); ++k) {
+        const KeyedInput &in = byX[k];
+        if (k == 0 || in.x != byX[k - 1].x || in.y != byX[k - 1].y) {
+            unique.push_back(inputs[static_cast<std::size_t>(in.order)]);
+            uniqueYKeys.push_back(in.y);
+        }
         xPositionOfInput[static_cast<std::size_t>(in.order)] = static_cast<int>(unique.size()) - 1;
     }
-    std::vector<Input>().swap(byX);
+    std::vector<KeyedInput>().swap(byX);
     m_count = static_cast<int>(unique.size());
     if (m_count < 3)
         return false;
@@ -133,22 +207,17 @@ bool Sweep::Prepare()
     auto rawY = [&unique](int position) { return unique[static_cast<std::size_t>(position)].y; };
 
     // Vertices are numbered in sweep order (y, then x), which keeps the mesh's neighbours close in
-    // memory; the front index works on the rank in x (then y).
-    struct Swept
-    {
-        double y;
-        int position;
-    };
-    std::vector<Swept> swept(static_cast<std::size_t>(m_count));
+    // memory; the front index works on the rank in x (then y). The positions are in x order already,
+    // so a stable sort by y alone gives the sweep order.
+    std::vector<PositionedKey> swept(static_cast<std::size_t>(m_count));
     for (int k = 0; k < m_count; ++k)
-        swept[static_cast<std::size_t>(k)] = {rawY(k), k};
-    std::sort(swept.begin(), swept.end(), [](const Swept &a, const Swept &b) {
-        return a.y != b.y ? a.y < b.y : a.position < b.position;
-    });
+        swept[static_cast<std::size_t>(k)] = {uniqueYKeys[static_cast<std::size_t>(k)], k};
+    std::vector<std::uint64_t>().swap(uniqueYKeys);
+    SortByKey(swept, [](const PositionedKey &s) { return s.key; });
     std::vector<int> sweepOrder(static_cast<std::size_t>(m_count));
     for (int v = 0; v < m_count; ++v)
         sweepOrder[static_cast<std::size_t>(v)] = swept[static_cast<std::size_t>(v)].position;
-    std::vector<Swept>().swap(swept);
+    std::vector<PositionedKey>().swap(swept);
     std::vector<int> vertexAtX(static_cast<std::size_t>(m_count));
     for (int v = 0; v < m_count; ++v)
         vertexAtX[static_cast<std::size_t>(sweepOrder[static_cast<std::size_t>(v)])] = v;
@@ -179,14 +248,15 @@ bool Sweep::Prepare()
     const int shift = -(exponent + 1);
 
     const std::size_t total = static_cast<std::size_t>(m_count) + 2;
-    m_vertices.assign(total, Vertex{});
+    m_xy.assign(total, Coordinates{0.0, 0.0});
+    m_links.assign(total, Links{});
     m_points.resize(static_cast<std::size_t>(m_count));
     m_rank.resize(total);
     m_vertexOfRank.resize(total);
     for (int v = 0; v < m_count; ++v) {
         const int position = sweepOrder[static_cast<std::size_t>(v)];
-        m_vertices[static_cast<std::size_t>(v)].x = std::ldexp(rawX(position), shift);
-        m_vertices[static_cast<std::size_t>(v)].y = std::ldexp(rawY(position), shift);
+        m_xy[static_cast<std::size_t>(v)].x = std::ldexp(rawX(position), shift);
+        m_xy[static_cast<std::size_t>(v)].y = std::ldexp(rawY(position), shift);
         m_points[static_cast<std::size_t>(v)] = inputPoints[static_cast<std::size_t>(unique[static_cast<std::size_t>(position)].order)];
         m_rank[static_cast<std::size_t>(v)] = position + 1;
         m_vertexOfRank[static_cast<std::size_t>(position) + 1] = v;
@@ -199,10 +269,10 @@ bool Sweep::Prepare()
     const double sMinY = std::ldexp(minY, shift), sMaxY = std::ldexp(maxY, shift);
     const double marginX = kArtificialMargin * (sMaxX - sMinX);
     const double marginY = kArtificialMargin * (sMaxY - sMinY);
-    m_vertices[static_cast<std::size_t>(Tail())].x = sMinX - marginX;
-    m_vertices[static_cast<std::size_t>(Tail())].y = sMinY - marginY;
-    m_vertices[static_cast<std::size_t>(Head())].x = sMaxX + marginX;
-    m_vertices[static_cast<std::size_t>(Head())].y = sMinY - marginY;
+    m_xy[static_cast<std::size_t>(Tail())].x = sMinX - marginX;
+    m_xy[static_cast<std::size_t>(Tail())].y = sMinY - marginY;
+    m_xy[static_cast<std::size_t>(Head())].x = sMaxX + marginX;
+    m_xy[static_cast<std::size_t>(Head())].y = sMinY - marginY;
 
     // Constrained edges of all rings, filed under their upper end, in input order.
     std::vector<std::pair<int, int>> edges; // (upper, lower)
@@ -683,11 +753,19 @@ int Sweep::InsertSegment(int from, int to, int &pocket)
         const int j = IndexOfNeighbor(next, current);
         if (j < 0 || steps > m_tris.size())
             throw std::runtime_error(kMissingOppositeError);
-        const int x = m_tris[static_cast<std::size_t>(next)].v[j];
+        const Tri &N = m_tris[static_cast<std::size_t>(next)];
+        const int x = N.v[j];
         if (x == to) {
             stop = x;
             break;
         }
+        // The walk chases pointers through memory that the sweep wrote long ago: start loading the
+        // two triangles it may enter next while the far vertex's coordinates arrive.
+        Prefetch(&m_xy[static_cast<std::size_t>(x)]);
+        if (N.n[Next3(j)] >= 0)
+            Prefetch(&m_tris[static_cast<std::size_t>(N.n[Next3(j)])]);
+        if (N.n[Prev3(j)] >= 0)
+            Prefetch(&m_tris[static_cast<std::size_t>(N.n[Prev3(j)])]);
         const int side = Orient(from, to, x);
         if (side == 0) {
             const double along = (X(x) - X(from)) * dx + (Y(x) - Y(from)) * dy;

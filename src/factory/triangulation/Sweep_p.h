@@ -107,16 +107,16 @@ private:
     }
     int Rank(int v) const { return m_rank[static_cast<std::size_t>(v)]; }
     int VertexOfRank(int r) const { return m_vertexOfRank[static_cast<std::size_t>(r)]; }
-    double X(int v) const { return m_vertices[static_cast<std::size_t>(v)].x; }
-    double Y(int v) const { return m_vertices[static_cast<std::size_t>(v)].y; }
-    int &NextOf(int v) { return m_vertices[static_cast<std::size_t>(v)].next; }
-    int NextOf(int v) const { return m_vertices[static_cast<std::size_t>(v)].next; }
-    int &PrevOf(int v) { return m_vertices[static_cast<std::size_t>(v)].prev; }
-    int PrevOf(int v) const { return m_vertices[static_cast<std::size_t>(v)].prev; }
-    int &FrontTriangleOf(int v) { return m_vertices[static_cast<std::size_t>(v)].frontTriangle; }
-    int FrontTriangleOf(int v) const { return m_vertices[static_cast<std::size_t>(v)].frontTriangle; }
-    int &TriangleOf(int v) { return m_vertices[static_cast<std::size_t>(v)].triangle; }
-    int TriangleOf(int v) const { return m_vertices[static_cast<std::size_t>(v)].triangle; }
+    double X(int v) const { return m_xy[static_cast<std::size_t>(v)].x; }
+    double Y(int v) const { return m_xy[static_cast<std::size_t>(v)].y; }
+    int &NextOf(int v) { return m_links[static_cast<std::size_t>(v)].next; }
+    int NextOf(int v) const { return m_links[static_cast<std::size_t>(v)].next; }
+    int &PrevOf(int v) { return m_links[static_cast<std::size_t>(v)].prev; }
+    int PrevOf(int v) const { return m_links[static_cast<std::size_t>(v)].prev; }
+    int &FrontTriangleOf(int v) { return m_links[static_cast<std::size_t>(v)].frontTriangle; }
+    int FrontTriangleOf(int v) const { return m_links[static_cast<std::size_t>(v)].frontTriangle; }
+    int &TriangleOf(int v) { return m_links[static_cast<std::size_t>(v)].triangle; }
+    int TriangleOf(int v) const { return m_links[static_cast<std::size_t>(v)].triangle; }
     int Tail() const { return m_count; }
     int Head() const { return m_count + 1; }
     bool IsArtificial(int v) const { return v >= m_count; }
@@ -127,17 +127,22 @@ private:
     TestHooks *m_hooks = nullptr;
 
     int m_count = 0;                   // real vertices
-    // Everything the sweep looks up about a vertex, in one cache line: its scaled coordinates, its
+    // What the sweep knows about a vertex, in two arrays of 16-byte records: its scaled coordinates
+    // (all that the walks along constrained edges and the predicates read), and its links: its
     // neighbours on the advancing front (-1 off the front), the triangle below the front edge to its
     // successor, and some triangle around it.
-    struct alignas(32) Vertex
+    struct alignas(16) Coordinates
     {
         double x, y;
+    };
+    struct alignas(16) Links
+    {
         int next = -1, prev = -1;
         int frontTriangle = -1;
         int triangle = -1;
     };
-    std::vector<Vertex> m_vertices;    // real vertices, then tail and head
+    std::vector<Coordinates> m_xy;     // real vertices, then tail and head
+    std::vector<Links> m_links;
     std::vector<Point *> m_points;     // representative input point of each real vertex
     std::vector<int> m_rank;           // rank of each vertex in order of x, then y
     std::vector<int> m_vertexOfRank;
