@@ -9,8 +9,10 @@
 // and scaling built from them.
 #include "Predicates_p.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 namespace p2t {
 namespace detail {
@@ -84,7 +86,8 @@ void AddInto(Expansion<A> &acc, const Expansion<F> &f)
         acc.size = f.size;
         return;
     }
-    double merged[A];
+    double merged[A]; // acc.size + f.size <= A: the sum has no more components than its inputs
+    merged[0] = 0.0;
     int i = 0, j = 0, m = 0;
     while (i < acc.size && j < f.size)
         merged[m++] = std::fabs(acc.c[i]) <= std::fabs(f.c[j]) ? acc.c[i++] : f.c[j++];
@@ -190,6 +193,129 @@ int OrientExact(double ax, double ay, double bx, double by, double cx, double cy
     return det.Sign();
 }
 
+#if defined(__SIZEOF_INT128__)
+#define KEZ_TRIANGULATION_HAVE_INT128 1
+using Int128 = __int128;
+using UInt128 = unsigned __int128;
+
+// A signed 256-bit integer in two's complement, four 64-bit limbs from the least significant up.
+struct Int256
+{
+    std::uint64_t limb[4] = {0, 0, 0, 0};
+
+    void Add(const Int256 &o)
+    {
+        std::uint64_t carry = 0;
+        for (int k = 0; k < 4; ++k) {
+            const UInt128 sum = UInt128(limb[k]) + o.limb[k] + carry;
+            limb[k] = static_cast<std::uint64_t>(sum);
+            carry = static_cast<std::uint64_t>(sum >> 64);
+        }
+    }
+    int Sign() const
+    {
+        if (limb[3] >> 63)
+            return -1;
+        return (limb[0] | limb[1] | limb[2] | limb[3]) != 0 ? 1 : 0;
+    }
+};
+
+// The exact product of two signed values below 2^126 in magnitude.
+Int256 Product(Int128 a, Int128 b)
+{
+    const bool negative = (a < 0) != (b < 0);
+    const UInt128 ua = a < 0 ? UInt128(-a) : UInt128(a);
+    const UInt128 ub = b < 0 ? UInt128(-b) : UInt128(b);
+    const std::uint64_t a0 = static_cast<std::uint64_t>(ua), a1 = static_cast<std::uint64_t>(ua >> 64);
+    const std::uint64_t b0 = static_cast<std::uint64_t>(ub), b1 = static_cast<std::uint64_t>(ub >> 64);
+    const UInt128 p00 = UInt128(a0) * b0, p01 = UInt128(a0) * b1;
+    const UInt128 p10 = UInt128(a1) * b0, p11 = UInt128(a1) * b1;
+    Int256 r;
+    r.limb[0] = static_cast<std::uint64_t>(p00);
+    const UInt128 middle = (p00 >> 64) + static_cast<std::uint64_t>(p01) + static_cast<std::uint64_t>(p10);
+    r.limb[1] = static_cast<std::uint64_t>(middle);
+    const UInt128 high = (middle >> 64) + (p01 >> 64) + (p10 >> 64) + static_cast<std::uint64_t>(p11);
+    r.limb[2] = static_cast<std::uint64_t>(high);
+    r.limb[3] = static_cast<std::uint64_t>((high >> 64) + (p11 >> 64));
+    if (negative) {
+        std::uint64_t carry = 1;
+        for (std::uint64_t &l : r.limb) {
+            l = ~l + carry;
+            carry = carry && l == 0;
+        }
+    }
+    return r;
+}
+
+// The in-circle determinant of the differences (all doubles) in integer arithmetic: each difference
+// is a multiple of one power of two, 2^low, and below 2^62 times it, so the determinant is below
+// 2^252 times 2^(4 low) and exact in 256 bits. Answers false when the differences span too many
+// bits for that.
+bool InCircleInIntegers(double adx, double ady, double bdx, double bdy, double cdx, double cdy, int &sign)
+{
+    const double values[6] = {adx, ady, bdx, bdy, cdx, cdy};
+    int low = 1 << 20, high = -(1 << 20);
+    for (const double v : values) {
+        if (v == 0.0)
+            continue;
+        int exponent = 0;
+        const double fraction = std::frexp(v, &exponent); // |v| < 2^exponent
+        const std::int64_t mantissa = static_cast<std::int64_t>(std::ldexp(fraction, 53));
+        const int trailing = __builtin_ctzll(static_cast<std::uint64_t>(mantissa < 0 ? -mantissa : mantissa));
+        low = std::min(low, exponent - 53 + trailing);
+        high = std::max(high, exponent);
+    }
+    if (high < low) {
+        sign = 0; // all differences zero
+        return true;
+    }
+    if (high - low > 62)
+        return false;
+    std::int64_t m[6];
+    for (int k = 0; k < 6; ++k)
+        m[k] = static_cast<std::int64_t>(std::ldexp(values[k], -low));
+    auto cross = [](std::int64_t p, std::int64_t q, std::int64_t r, std::int64_t s) {
+        return Int128(p) * q - Int128(r) * s;
+    };
+    auto lift = [](std::int64_t u, std::int64_t v) { return Int128(u) * u + Int128(v) * v; };
+    Int256 det = Product(lift(m[0], m[1]), cross(m[2], m[5], m[4], m[3]));
+    det.Add(Product(lift(m[2], m[3]), cross(m[4], m[1], m[0], m[5])));
+    det.Add(Product(lift(m[4], m[5]), cross(m[0], m[3], m[2], m[1])));
+    sign = det.Sign();
+    return true;
+}
+#endif
+
+// out = p * q - r * s exactly, for doubles.
+void CrossOfDoubles(double p, double q, double r, double s, Expansion<4> &out)
+{
+    Pair left, right;
+    double product, error;
+    ExactProduct(p, q, product, error);
+    left.Push(error);
+    left.Push(product);
+    ExactProduct(r, s, product, error);
+    right.Push(-error);
+    right.Push(-product);
+    out.size = 0;
+    AddInto(out, left);
+    AddInto(out, right);
+}
+
+// out = cross * (u * u + v * v) exactly, for doubles u and v.
+void LiftedTerm(const Expansion<4> &cross, double u, double v, Expansion<32> &out)
+{
+    Expansion<8> once;
+    Expansion<16> twice, other;
+    Scale(cross, u, once);
+    Scale(once, u, twice);
+    Scale(cross, v, once);
+    Scale(once, v, other);
+    out.size = 0;
+    AddInto(out, twice);
+    AddInto(out, other);
+}
+
 int InCircleExact(double ax, double ay, double bx, double by, double cx, double cy, double dx,
                   double dy)
 {
@@ -200,6 +326,35 @@ int InCircleExact(double ax, double ay, double bx, double by, double cx, double 
     Difference(by, dy, bdy);
     Difference(cx, dx, cdx);
     Difference(cy, dy, cdy);
+
+    // Usually every difference is a single double (nearby points subtract exactly). The determinant
+    // is then a polynomial in six doubles, far cheaper to expand than in six pairs, and cheaper still
+    // in integers when the six fit one fixed-point scale.
+    if (adx.size <= 1 && ady.size <= 1 && bdx.size <= 1 && bdy.size <= 1 && cdx.size <= 1
+        && cdy.size <= 1) {
+        auto value = [](const Pair &pair) { return pair.size == 0 ? 0.0 : pair.c[0]; };
+        const double adxv = value(adx), adyv = value(ady);
+        const double bdxv = value(bdx), bdyv = value(bdy);
+        const double cdxv = value(cdx), cdyv = value(cdy);
+#ifdef KEZ_TRIANGULATION_HAVE_INT128
+        int sign = 0;
+        if (InCircleInIntegers(adxv, adyv, bdxv, bdyv, cdxv, cdyv, sign))
+            return sign;
+#endif
+        Expansion<4> cross;
+        Expansion<32> term;
+        Expansion<96> det;
+        CrossOfDoubles(bdxv, cdyv, cdxv, bdyv, cross);
+        LiftedTerm(cross, adxv, adyv, term);
+        AddInto(det, term);
+        CrossOfDoubles(cdxv, adyv, adxv, cdyv, cross);
+        LiftedTerm(cross, bdxv, bdyv, term);
+        AddInto(det, term);
+        CrossOfDoubles(adxv, bdyv, bdxv, adyv, cross);
+        LiftedTerm(cross, cdxv, cdyv, term);
+        AddInto(det, term);
+        return det.Sign();
+    }
 
     Expansion<16> cross, lift;
     Expansion<512> term;
