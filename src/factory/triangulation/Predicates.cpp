@@ -13,6 +13,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace p2t {
 namespace detail {
@@ -254,16 +255,33 @@ Int256 Product(Int128 a, Int128 b)
 bool InCircleInIntegers(double adx, double ady, double bdx, double bdy, double cdx, double cdy, int &sign)
 {
     const double values[6] = {adx, ady, bdx, bdy, cdx, cdy};
+    // Each non-zero value is significand * 2^unit with an odd significand below 2^53.
+    std::int64_t significand[6];
+    int unit[6];
     int low = 1 << 20, high = -(1 << 20);
-    for (const double v : values) {
-        if (v == 0.0)
+    for (int k = 0; k < 6; ++k) {
+        std::uint64_t bits;
+        std::memcpy(&bits, &values[k], sizeof bits);
+        const int biased = static_cast<int>((bits >> 52) & 0x7ff);
+        std::uint64_t magnitude = bits & ((std::uint64_t(1) << 52) - 1);
+        int exponent = -1074;
+        if (biased != 0) {
+            magnitude |= std::uint64_t(1) << 52;
+            exponent = biased - 1075;
+        }
+        if (magnitude == 0) {
+            significand[k] = 0;
+            unit[k] = 0;
             continue;
-        int exponent = 0;
-        const double fraction = std::frexp(v, &exponent); // |v| < 2^exponent
-        const std::int64_t mantissa = static_cast<std::int64_t>(std::ldexp(fraction, 53));
-        const int trailing = __builtin_ctzll(static_cast<std::uint64_t>(mantissa < 0 ? -mantissa : mantissa));
-        low = std::min(low, exponent - 53 + trailing);
-        high = std::max(high, exponent);
+        }
+        const int trailing = __builtin_ctzll(magnitude);
+        magnitude >>= trailing;
+        exponent += trailing;
+        const int length = 64 - __builtin_clzll(magnitude);
+        significand[k] = (bits >> 63) ? -static_cast<std::int64_t>(magnitude) : static_cast<std::int64_t>(magnitude);
+        unit[k] = exponent;
+        low = std::min(low, exponent);
+        high = std::max(high, exponent + length); // |value| < 2^high
     }
     if (high < low) {
         sign = 0; // all differences zero
@@ -273,7 +291,7 @@ bool InCircleInIntegers(double adx, double ady, double bdx, double bdy, double c
         return false;
     std::int64_t m[6];
     for (int k = 0; k < 6; ++k)
-        m[k] = static_cast<std::int64_t>(std::ldexp(values[k], -low));
+        m[k] = significand[k] == 0 ? 0 : static_cast<std::int64_t>(static_cast<std::uint64_t>(significand[k]) << (unit[k] - low));
     auto cross = [](std::int64_t p, std::int64_t q, std::int64_t r, std::int64_t s) {
         return Int128(p) * q - Int128(r) * s;
     };
@@ -330,8 +348,12 @@ int InCircleExact(double ax, double ay, double bx, double by, double cx, double 
     // Usually every difference is a single double (nearby points subtract exactly). The determinant
     // is then a polynomial in six doubles, far cheaper to expand than in six pairs, and cheaper still
     // in integers when the six fit one fixed-point scale.
-    if (adx.size <= 1 && ady.size <= 1 && bdx.size <= 1 && bdy.size <= 1 && cdx.size <= 1
-        && cdy.size <= 1) {
+    // Differences below 2^-200 stay with the general expansion below, whose products then leave the
+    // range of normal doubles, so that its answer on such input stays what it was.
+    auto single = [](const Pair &pair) {
+        return pair.size == 0 || (pair.size == 1 && std::fabs(pair.c[0]) >= 0x1p-200);
+    };
+    if (single(adx) && single(ady) && single(bdx) && single(bdy) && single(cdx) && single(cdy)) {
         auto value = [](const Pair &pair) { return pair.size == 0 ? 0.0 : pair.c[0]; };
         const double adxv = value(adx), adyv = value(ady);
         const double bdxv = value(bdx), bdyv = value(bdy);
