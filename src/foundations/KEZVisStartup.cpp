@@ -1,9 +1,9 @@
 // Load-time start-up of the library.
 //
-// When the library is loaded, the static initialisers of this file build the
-// constant below and hand the library's start-up routine to the family through
-// KEZSysRegisterInit(). Nothing else runs at load time. The constant's
-// destructor, run by the exit handlers at unload, releases it again.
+// When the library is loaded, the static initialisers of this file hand the
+// library's start-up routine to the family through KEZSysRegisterInit(); the
+// constant KEZVisNeedRedrawWhenVisible is built beside the client's code. Nothing
+// else runs at load time.
 
 #include "KEZVisGlobal.h"
 #include "KEZVisOptions.h"
@@ -13,15 +13,11 @@
 
 #include <KEZSysRegisterInit.h>
 
-#include <QByteArray>
 #include <QMetaType>
 
 bool _KEZVisualizationLoaded = false;
 
 namespace {
-
-// Built at load time and released at unload; no code of this library reads it.
-const QByteArray needRedrawWhenVisible("NeedRedrawWhenVisible");
 
 // Registers the library's types with Qt's meta-type system under their names,
 // so that QMetaType::fromName() and QVariant find them. A class that travels
