@@ -759,13 +759,21 @@ int Sweep::InsertSegment(int from, int to, int &pocket)
             stop = x;
             break;
         }
-        // The walk chases pointers through memory that the sweep wrote long ago: start loading the
-        // two triangles it may enter next while the far vertex's coordinates arrive.
+        // The walk chases pointers through memory that the sweep wrote long ago. While the far
+        // vertex's coordinates arrive, look one triangle further: for both triangles the walk may
+        // enter next, start loading their far vertices and the triangles beyond them.
         Prefetch(&m_xy[static_cast<std::size_t>(x)]);
-        if (N.n[Next3(j)] >= 0)
-            Prefetch(&m_tris[static_cast<std::size_t>(N.n[Next3(j)])]);
-        if (N.n[Prev3(j)] >= 0)
-            Prefetch(&m_tris[static_cast<std::size_t>(N.n[Prev3(j)])]);
+        for (const int child : {N.n[Next3(j)], N.n[Prev3(j)]}) {
+            if (child < 0)
+                continue;
+            const Tri &C = m_tris[static_cast<std::size_t>(child)];
+            for (int e = 0; e < 3; ++e) {
+                if (C.n[e] == next)
+                    Prefetch(&m_xy[static_cast<std::size_t>(C.v[e])]);
+                else if (C.n[e] >= 0)
+                    Prefetch(&m_tris[static_cast<std::size_t>(C.n[e])]);
+            }
+        }
         const int side = Orient(from, to, x);
         if (side == 0) {
             const double along = (X(x) - X(from)) * dx + (Y(x) - Y(from)) * dy;
