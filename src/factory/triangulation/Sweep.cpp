@@ -158,24 +158,26 @@ bool Sweep::Prepare()
     struct Input
     {
         double x, y;
-        int order;
+        Point *point;
     };
+    // The points of ring r are inputs[ringBegin[r]] up to inputs[ringBegin[r + 1]].
     std::vector<Input> inputs;
-    std::vector<std::vector<int>> ringInputs(m_rings.size());
-    std::vector<Point *> inputPoints;
+    std::vector<int> ringBegin(m_rings.size() + 1, 0);
+    std::size_t pointCount = 0;
+    for (const auto &ring : m_rings)
+        pointCount += ring.size();
+    inputs.reserve(pointCount);
     for (std::size_t r = 0; r < m_rings.size(); ++r) {
         for (Point *point : m_rings[r]) {
             if (!point)
                 continue;
             if (!std::isfinite(point->x) || !std::isfinite(point->y))
                 return false;
-            const int order = static_cast<int>(inputs.size());
-            inputs.push_back({point->x, point->y, order});
-            inputPoints.push_back(point);
-            ringInputs[r].push_back(order);
+            inputs.push_back({point->x, point->y, point});
         }
+        ringBegin[r + 1] = static_cast<int>(inputs.size());
     }
-    if (inputs.size() < 3 || ringInputs.empty() || ringInputs[0].size() < 3)
+    if (inputs.size() < 3 || m_rings.empty() || ringBegin[1] < 3)
         return false;
 
     // Merge identical coordinates. The first input point of a group represents it. The points are
@@ -227,7 +229,7 @@ bool Sweep::Prepare()
         return vertexAtX[static_cast<std::size_t>(xPositionOfInput[static_cast<std::size_t>(input)])];
     };
     m_outline.clear();
-    for (int in : ringInputs[0]) {
+    for (int in = 0; in < ringBegin[1]; ++in) {
         const int v = vertexOfInput(in);
         if (m_outline.empty() || m_outline.back() != v)
             m_outline.push_back(v);
@@ -253,11 +255,16 @@ bool Sweep::Prepare()
     m_points.resize(static_cast<std::size_t>(m_count));
     m_rank.resize(total);
     m_vertexOfRank.resize(total);
-    for (int v = 0; v < m_count; ++v) {
-        const int position = sweepOrder[static_cast<std::size_t>(v)];
-        m_xy[static_cast<std::size_t>(v)].x = std::ldexp(rawX(position), shift);
-        m_xy[static_cast<std::size_t>(v)].y = std::ldexp(rawY(position), shift);
-        m_points[static_cast<std::size_t>(v)] = inputPoints[static_cast<std::size_t>(unique[static_cast<std::size_t>(position)].order)];
+    // Scaling by a power of two in the range of normal doubles is one exact (or, below the normal
+    // range, correctly rounded) multiplication, the same as ldexp.
+    const bool scaleIsNormal = shift >= -1022 && shift <= 1023;
+    const double scale = scaleIsNormal ? std::ldexp(1.0, shift) : 0.0;
+    auto scaled = [&](double value) { return scaleIsNormal ? value * scale : std::ldexp(value, shift); };
+    for (int position = 0; position < m_count; ++position) {
+        const Input &in = unique[static_cast<std::size_t>(position)];
+        const int v = vertexAtX[static_cast<std::size_t>(position)];
+        m_xy[static_cast<std::size_t>(v)] = Coordinates{scaled(in.x), scaled(in.y)};
+        m_points[static_cast<std::size_t>(v)] = in.point;
         m_rank[static_cast<std::size_t>(v)] = position + 1;
         m_vertexOfRank[static_cast<std::size_t>(position) + 1] = v;
     }
@@ -276,14 +283,16 @@ bool Sweep::Prepare()
 
     // Constrained edges of all rings, filed under their upper end, in input order.
     std::vector<std::pair<int, int>> edges; // (upper, lower)
-    for (const auto &ring : ringInputs) {
-        const std::size_t size = ring.size();
+    edges.reserve(inputs.size());
+    for (std::size_t r = 0; r < m_rings.size(); ++r) {
+        const int first = ringBegin[r];
+        const int size = ringBegin[r + 1] - first;
         if (size < 2)
             continue;
-        const std::size_t count = size == 2 ? 1 : size;
-        for (std::size_t k = 0; k < count; ++k) {
-            const int a = vertexOfInput(ring[k]);
-            const int b = vertexOfInput(ring[(k + 1) % size]);
+        const int count = size == 2 ? 1 : size;
+        for (int k = 0; k < count; ++k) {
+            const int a = vertexOfInput(first + k);
+            const int b = vertexOfInput(first + (k + 1) % size);
             if (a != b)
                 edges.emplace_back(std::max(a, b), std::min(a, b));
         }
