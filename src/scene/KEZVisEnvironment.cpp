@@ -51,12 +51,16 @@ void uniteInto(QSet<KEZVisObject *> &target, const QSet<KEZVisObject *> &source)
 
 KEZVisEnvironmentPrivate::KEZVisEnvironmentPrivate(KEZVisEnvironment *q)
     : QObject(nullptr)
+    , objects(q)
     , q_ptr(q)
 {
 }
 
 KEZVisEnvironmentPrivate::~KEZVisEnvironmentPrivate()
 {
+    // First of all, while every object that keeps its index in the list is
+    // still alive: from here on objects die without reporting to the list.
+    objects.Release();
     // The environment's destructor normally closes the scope before; this one
     // is left for a private object deleted on its own.
     delete selectionScope;

@@ -1,34 +1,99 @@
 #include "KEZVisEnvironmentObjectList_p.h"
 
+#include "KEZVisEnvironment.h"
+#include "KEZVisObject_p.h"
 #include "KEZVisVirtualObject.h"
+
+namespace {
+
+// The record of a living object, or null for a null pointer and for an object
+// whose KEZVisObject part has already been destroyed.
+KEZVisObjectPrivate *recordOf(KEZVisObject *object)
+{
+    return object ? KEZVisObjectPrivate::get(object) : nullptr;
+}
+
+} // namespace
+
+KEZVisEnvironmentObjectList::KEZVisEnvironmentObjectList(const KEZVisEnvironment *environment)
+    : m_environment(environment)
+{
+}
+
+KEZVisEnvironmentObjectList::~KEZVisEnvironmentObjectList()
+{
+    Release();
+}
+
+void KEZVisEnvironmentObjectList::Release()
+{
+    const qsizetype size = m_slots.size();
+    for (qsizetype i = 0; i < size; ++i) {
+        if (m_kinds[size_t(i)] == RecordFirst) {
+            KEZVisObjectPrivate *record = KEZVisObjectPrivate::get(m_slots.at(i));
+            record->listedIn = nullptr;
+            record->listIndex = -1;
+        }
+    }
+    m_slots.clear();
+    m_kinds.clear();
+    m_first.clear();
+    m_more.clear();
+    m_dead = 0;
+}
 
 void KEZVisEnvironmentObjectList::Append(KEZVisVirtualObject *object)
 {
     const qsizetype index = m_slots.size();
-    // One lookup: operator[] adds the object if it is new, which the size tells.
-    const qsizetype known = m_first.size();
-    qsizetype &first = m_first[object];
-    if (m_first.size() != known)
-        first = index;
-    else
+    SlotKind kind = HashedFirst;
+    if (KEZVisObjectPrivate *record = recordOf(object)) {
+        if (record->listedIn == this) {
+            kind = Further;
+        } else if (!record->listedIn && record->environment.data() == m_environment) {
+            record->listedIn = this;
+            record->listIndex = index;
+            kind = RecordFirst;
+        }
+    }
+    if (kind == HashedFirst) {
+        // One lookup: operator[] adds the object if it is new, which the size tells.
+        const qsizetype known = m_first.size();
+        qsizetype &first = m_first[object];
+        if (m_first.size() != known)
+            first = index;
+        else
+            kind = Further;
+    }
+    if (kind == Further)
         m_more.insert(object, index);
     m_slots.append(object);
-    m_alive.push_back(true);
+    m_kinds.push_back(kind);
 }
 
 bool KEZVisEnvironmentObjectList::RemoveAll(KEZVisObject *object)
 {
     KEZVisObject *const key = object;
-    const auto it = m_first.find(key);
-    if (it == m_first.end())
-        return false;
-    m_alive[size_t(it.value())] = false;
+    qsizetype first = -1;
+    KEZVisObjectPrivate *record = recordOf(object);
+    if (record && record->listedIn == this) {
+        first = record->listIndex;
+        record->listedIn = nullptr;
+        record->listIndex = -1;
+    } else {
+        if (m_first.isEmpty())
+            return false;
+        const auto it = m_first.find(key);
+        if (it == m_first.end())
+            return false;
+        first = it.value();
+        m_first.erase(it);
+    }
+    m_kinds[size_t(first)] = Dead;
     ++m_dead;
-    m_first.erase(it);
     if (!m_more.isEmpty() && m_more.contains(key)) {
         const QList<qsizetype> further = m_more.values(key);
         for (qsizetype index : further) {
-            m_alive[size_t(index)] = false;
+            m_kinds[size_t(index)] = Dead;
             ++m_dead;
         }
         m_more.remove(key);
@@ -36,7 +101,7 @@ bool KEZVisEnvironmentObjectList::RemoveAll(KEZVisObject *object)
     if (m_dead == m_slots.size()) {
         // Nothing left: start afresh without a pass over the dead slots.
         m_slots.clear();
-        m_alive.clear();
+        m_kinds.clear();
         m_dead = 0;
     } else if (m_dead > 64 && m_dead * 2 > m_slots.size()) {
         Compact();
@@ -53,42 +118,51 @@ QList<KEZVisVirtualObject *> KEZVisEnvironmentObjectList::List() const
 
 QList<KEZVisObject *> KEZVisEnvironmentObjectList::ToObjectList() const
 {
+    if (!m_dead)
+        return QList<KEZVisObject *>(m_slots.cbegin(), m_slots.cend());
     QList<KEZVisObject *> result;
     result.reserve(Count());
     const qsizetype size = m_slots.size();
     for (qsizetype i = 0; i < size; ++i) {
-        if (m_alive[size_t(i)])
+        if (m_kinds[size_t(i)] != Dead)
             result.append(m_slots.at(i));
     }
     return result;
 }
 
-bool KEZVisEnvironmentObjectList::Contains(KEZVisObject *object) const
-{
-    return m_first.contains(object);
-}
-
 void KEZVisEnvironmentObjectList::Compact() const
 {
+    // Removal takes every occurrence of an object at once, so the live slots of
+    // an object keep their kinds: its first live slot stays its first.
     QList<KEZVisVirtualObject *> compacted;
     compacted.reserve(m_slots.size() - m_dead);
-    // Every live object is renumbered: -1 marks one not yet met in this pass.
-    for (auto it = m_first.begin(); it != m_first.end(); ++it)
-        it.value() = -1;
+    std::vector<SlotKind> kinds;
+    kinds.reserve(size_t(m_slots.size() - m_dead));
     m_more.clear();
     const qsizetype size = m_slots.size();
     for (qsizetype i = 0; i < size; ++i) {
-        if (!m_alive[size_t(i)])
+        const SlotKind kind = m_kinds[size_t(i)];
+        if (kind == Dead)
             continue;
         KEZVisVirtualObject *object = m_slots.at(i);
-        qsizetype &first = m_first[object];
-        if (first < 0)
-            first = compacted.size();
-        else
-            m_more.insert(object, compacted.size());
+        const qsizetype index = compacted.size();
+        switch (kind) {
+        case RecordFirst:
+            KEZVisObjectPrivate::get(object)->listIndex = index;
+            break;
+        case HashedFirst:
+            m_first[object] = index;
+            break;
+        case Further:
+            m_more.insert(object, index);
+            break;
+        case Dead:
+            break;
+        }
         compacted.append(object);
+        kinds.push_back(kind);
     }
     m_slots = std::move(compacted);
-    m_alive.assign(size_t(m_slots.size()), true);
+    m_kinds = std::move(kinds);
     m_dead = 0;
 }

@@ -8,26 +8,42 @@
 #include <QList>
 #include <QMultiHash>
 
+#include <cstdint>
 #include <vector>
 
+class KEZVisEnvironment;
 class KEZVisObject;
 class KEZVisVirtualObject;
 
 /*
     Entries live in a QList of slots. Removing an object marks its slots dead
-    instead of shifting the list; a hash from object to the index of its first
-    slot finds it without a scan, and a second hash holds the further slots of
-    the rare object that is listed more than once. The hash holds one pointer
-    and one index per object: in large scenes the size of the table, more than
-    the work per object, decides the cost. The dead slots are squeezed out, in
-    one linear pass that keeps the order, once they outnumber the live ones and
+    instead of shifting the list, and the dead slots are squeezed out, in one
+    linear pass that keeps the order, once they outnumber the live ones and
     whenever the whole list is handed out, so the cost of a removal stays
     amortised constant.
+
+    Finding the slots of an object takes no search. The common object, one made
+    for this list's environment and listed here, keeps the index of its first
+    slot in its own private record (KEZVisObjectPrivate::listedIn/listIndex):
+    looking it up touches only memory that the operation touches anyway, which
+    in large scenes is what decides the cost. Such an object reports its death
+    to this environment and so leaves the list before its record goes, which is
+    what makes the record safe to write. Every other entry (an object made for
+    another environment, a null pointer) is found through a hash from object to
+    the index of its first slot, and a second hash holds the further slots of
+    the rare object that is listed more than once, whichever way its first slot
+    is found. Entries of the hash kind are never dereferenced: such an object
+    may die without telling this list.
     A null pointer is a legal entry like any other.
 */
 class KEZVisEnvironmentObjectList
 {
 public:
+    //! A list for the objects of \a environment.
+    explicit KEZVisEnvironmentObjectList(const KEZVisEnvironment *environment);
+    //! Forgets the indices kept in the records of the listed objects.
+    ~KEZVisEnvironmentObjectList();
+
     //! Appends \a object at the end.
     void Append(KEZVisVirtualObject *object);
     //! Removes every occurrence of \a object; answers whether there was one.
@@ -36,16 +52,29 @@ public:
     QList<KEZVisVirtualObject *> List() const;
     //! A new list of the live entries in order.
     QList<KEZVisObject *> ToObjectList() const;
-    //! Whether \a object is listed.
-    bool Contains(KEZVisObject *object) const;
     //! The number of live entries.
     qsizetype Count() const { return m_slots.size() - m_dead; }
+    /*
+        Empties the list and forgets the indices kept in the records of the
+        listed objects. Called before anything else when the environment goes,
+        while every object that keeps an index is still alive.
+    */
+    void Release();
 
 private:
+    // What a slot holds.
+    enum SlotKind : std::uint8_t {
+        Dead,         // removed
+        HashedFirst,  // first slot of an object found through m_first
+        RecordFirst,  // first slot of an object that keeps its index itself
+        Further       // a further slot of an object listed more than once
+    };
+
     void Compact() const;
 
+    const KEZVisEnvironment *m_environment;
     mutable QList<KEZVisVirtualObject *> m_slots;
-    mutable std::vector<bool> m_alive;
+    mutable std::vector<SlotKind> m_kinds;
     // Keyed by the base class: a dying object is no longer a KEZVisVirtualObject.
     mutable QHash<KEZVisObject *, qsizetype> m_first;
     mutable QMultiHash<KEZVisObject *, qsizetype> m_more;

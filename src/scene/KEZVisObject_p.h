@@ -10,6 +10,7 @@
 #include "KEZMathBoundingBox.h"
 
 class KEZVisEnvironment;
+class KEZVisEnvironmentObjectList;
 class KEZVisRep;
 
 class KEZVISUALIZATION_EXPORT KEZVisObjectPrivate
@@ -44,6 +45,14 @@ public:
     // The rep's box is asked lazily from const accessors, hence mutable.
     mutable bool boundingBoxValid = false;
     mutable KEZMathBoundingBox boundingBox;
+    /*
+        The list of this object's own environment while the object is listed
+        there, and the index of its first slot in it, kept and read by that
+        list alone so that it finds the object without a search. Null and -1
+        while the object isn't listed there.
+    */
+    const KEZVisEnvironmentObjectList *listedIn = nullptr;
+    qsizetype listIndex = -1;
 
 private:
     Q_DISABLE_COPY(KEZVisObjectPrivate)
