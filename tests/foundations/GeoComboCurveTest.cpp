@@ -7,45 +7,22 @@
 
 #include <QPointer>
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
-#include <initializer_list>
 #include <memory>
 #include <optional>
 
-namespace {
+using namespace KEZTest;
 
-KEZMathSetOfPoints Points(std::initializer_list<KEZMathPoint> points)
-{
-    KEZMathSetOfPoints set;
-    for (const KEZMathPoint &point : points)
-        set.append(point);
-    return set;
-}
+namespace {
 
 // The corners of a unit square in the plane z = 2, counter-clockwise.
 KEZMathSetOfPoints Square()
 {
     return Points({KEZMathPoint(0.0, 0.0, 2.0), KEZMathPoint(1.0, 0.0, 2.0),
                    KEZMathPoint(1.0, 1.0, 2.0), KEZMathPoint(0.0, 1.0, 2.0)});
-}
-
-void ExpectPoint(const KEZMathPoint &actual, double x, double y, double z)
-{
-    EXPECT_EQ(actual.GetX(), x);
-    EXPECT_EQ(actual.GetY(), y);
-    EXPECT_EQ(actual.GetZ(), z);
-}
-
-template <typename Function>
-std::optional<KEZSysOutOfBoundsException> OutOfBoundsThrownBy(Function function)
-{
-    try {
-        function();
-    } catch (const KEZSysOutOfBoundsException &exception) {
-        return exception;
-    }
-    return std::nullopt;
 }
 
 } // namespace

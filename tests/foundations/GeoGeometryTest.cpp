@@ -7,19 +7,19 @@
 
 #include <QPointer>
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
+
+using namespace KEZTest;
 
 namespace {
 
 KEZMathSetOfPoints ThreePoints()
 {
-    KEZMathSetOfPoints points;
-    points.append(KEZMathPoint(0.0, 0.0, 0.0));
-    points.append(KEZMathPoint(1.0, 0.0, 0.0));
-    points.append(KEZMathPoint(0.0, 1.0, 0.0));
-    return points;
+    return Points({KEZMathPoint(0.0, 0.0, 0.0), KEZMathPoint(1.0, 0.0, 0.0), KEZMathPoint(0.0, 1.0, 0.0)});
 }
 
 } // namespace

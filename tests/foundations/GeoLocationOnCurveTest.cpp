@@ -6,45 +6,22 @@
 
 #include "KEZSysOutOfBoundsException.h"
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
-#include <initializer_list>
 #include <limits>
 #include <optional>
 
-namespace {
+using namespace KEZTest;
 
-KEZMathSetOfPoints Points(std::initializer_list<KEZMathPoint> points)
-{
-    KEZMathSetOfPoints set;
-    for (const KEZMathPoint &point : points)
-        set.append(point);
-    return set;
-}
+namespace {
 
 // Vertices chosen so that a quarter of each step is exact in binary.
 KEZMathSetOfPoints Zigzag()
 {
     return Points({KEZMathPoint(0.0, 0.0, 0.0), KEZMathPoint(4.0, 8.0, -2.0),
                    KEZMathPoint(8.0, 0.0, 2.0), KEZMathPoint(12.0, 8.0, 0.0)});
-}
-
-void ExpectPoint(const KEZMathPoint &actual, double x, double y, double z)
-{
-    EXPECT_EQ(actual.GetX(), x);
-    EXPECT_EQ(actual.GetY(), y);
-    EXPECT_EQ(actual.GetZ(), z);
-}
-
-template <typename Function>
-std::optional<KEZSysOutOfBoundsException> OutOfBoundsThrownBy(Function function)
-{
-    try {
-        function();
-    } catch (const KEZSysOutOfBoundsException &exception) {
-        return exception;
-    }
-    return std::nullopt;
 }
 
 } // namespace

@@ -4,18 +4,18 @@
 #include "KEZGeoLocationOnCurve.h"
 #include "KEZGeoRangeOfCurve.h"
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
+
+using namespace KEZTest;
 
 namespace {
 
 KEZMathSetOfPoints Square()
 {
-    KEZMathSetOfPoints points;
-    points.append(KEZMathPoint(0.0, 0.0, 0.0));
-    points.append(KEZMathPoint(1.0, 0.0, 0.0));
-    points.append(KEZMathPoint(1.0, 1.0, 0.0));
-    points.append(KEZMathPoint(0.0, 1.0, 0.0));
-    return points;
+    return Points({KEZMathPoint(0.0, 0.0, 0.0), KEZMathPoint(1.0, 0.0, 0.0),
+                   KEZMathPoint(1.0, 1.0, 0.0), KEZMathPoint(0.0, 1.0, 0.0)});
 }
 
 void ExpectLocation(const KEZGeoLocationOnCurve &actual, const KEZGeoCurve *curve, int segment,

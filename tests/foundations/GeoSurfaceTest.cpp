@@ -6,20 +6,15 @@
 #include "KEZSysException.h"
 #include "KEZSysOutOfBoundsException.h"
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
-#include <initializer_list>
 #include <optional>
 
-namespace {
+using namespace KEZTest;
 
-KEZMathSetOfPoints Points(std::initializer_list<KEZMathPoint> points)
-{
-    KEZMathSetOfPoints set;
-    for (const KEZMathPoint &point : points)
-        set.append(point);
-    return set;
-}
+namespace {
 
 // Two triangles on five vertices; vertex 4 is used by none of them.
 //   triangle 1: 0, 1, 2 = (0, 0, 0), (2, 0, 0), (0, 3, 0)
@@ -31,31 +26,6 @@ KEZMathSetOfPoints FiveVertices()
 }
 
 const QList<int> TwoTriangles = {0, 1, 2, 3, 1, 2};
-
-void ExpectPoint(const KEZMathPoint &actual, double x, double y, double z)
-{
-    EXPECT_EQ(actual.GetX(), x);
-    EXPECT_EQ(actual.GetY(), y);
-    EXPECT_EQ(actual.GetZ(), z);
-}
-
-void ExpectVector(const KEZMathVector &actual, double x, double y, double z)
-{
-    EXPECT_EQ(actual.GetX(), x);
-    EXPECT_EQ(actual.GetY(), y);
-    EXPECT_EQ(actual.GetZ(), z);
-}
-
-template <typename Exception, typename Function>
-std::optional<Exception> ThrownBy(Function function)
-{
-    try {
-        function();
-    } catch (const Exception &exception) {
-        return exception;
-    }
-    return std::nullopt;
-}
 
 } // namespace
 

@@ -6,37 +6,31 @@
 
 #include <KEZSysOutOfBoundsException.h>
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 
+using namespace KEZTest;
+
 namespace {
 
+// The tolerances of this file's comparisons where a test names none.
+constexpr double PointTolerance = 1e-15;
+constexpr double VectorTolerance = 1e-15;
+
 const double pi = std::acos(-1.0);
-
-void expectVector(const KEZMathVector &actual, double x, double y, double z, double tolerance = 1e-15)
-{
-    EXPECT_NEAR(actual.GetX(), x, tolerance);
-    EXPECT_NEAR(actual.GetY(), y, tolerance);
-    EXPECT_NEAR(actual.GetZ(), z, tolerance);
-}
-
-void expectPoint(const KEZMathPoint &actual, double x, double y, double z, double tolerance = 1e-15)
-{
-    EXPECT_NEAR(actual.GetX(), x, tolerance);
-    EXPECT_NEAR(actual.GetY(), y, tolerance);
-    EXPECT_NEAR(actual.GetZ(), z, tolerance);
-}
 
 } // namespace
 
 TEST(MathAxis, DefaultIsTheIdentity)
 {
     const KEZMathAxis axis;
-    expectPoint(axis.GetOrigin(), 0, 0, 0, 0);
-    expectVector(axis.GetFirstDirection(), 1, 0, 0, 0);
-    expectVector(axis.GetSecondDirection(), 0, 1, 0, 0);
-    expectVector(axis.GetThirdDirection(), 0, 0, 1, 0);
+    ExpectPointNear(axis.GetOrigin(), 0, 0, 0, 0);
+    ExpectVectorNear(axis.GetFirstDirection(), 1, 0, 0, 0);
+    ExpectVectorNear(axis.GetSecondDirection(), 0, 1, 0, 0);
+    ExpectVectorNear(axis.GetThirdDirection(), 0, 0, 1, 0);
     EXPECT_TRUE(axis.GetFirstDirection().IsValid());
     EXPECT_TRUE(axis.GetSecondDirection().IsValid());
     EXPECT_TRUE(axis.GetThirdDirection().IsValid());
@@ -49,10 +43,10 @@ TEST(MathAxis, SettersTakeTheValuesAsGiven)
     axis.SetFirstDirection(KEZMathVector(0, 2, 0));
     axis.SetSecondDirection(KEZMathVector(-3, 0, 0));
     axis.SetThirdDirection(KEZMathVector(0, 0, 4));
-    expectPoint(axis.GetOrigin(), 1, 2, 3, 0);
-    expectVector(axis.GetFirstDirection(), 0, 2, 0, 0);
-    expectVector(axis.GetSecondDirection(), -3, 0, 0, 0);
-    expectVector(axis.GetThirdDirection(), 0, 0, 4, 0);
+    ExpectPointNear(axis.GetOrigin(), 1, 2, 3, 0);
+    ExpectVectorNear(axis.GetFirstDirection(), 0, 2, 0, 0);
+    ExpectVectorNear(axis.GetSecondDirection(), -3, 0, 0, 0);
+    ExpectVectorNear(axis.GetThirdDirection(), 0, 0, 4, 0);
 }
 
 TEST(MathAxis, AxisPlaneValuesAreFixed)
@@ -66,27 +60,27 @@ TEST(MathAxis, TiltInFirstSecondByQuarterTurnTakesFirstToSecond)
 {
     KEZMathAxis axis;
     axis.Tilt(KEZMathAxis::AxisPlaneFirstSecond, pi / 2);
-    expectVector(axis.GetFirstDirection(), 0, 1, 0);
-    expectVector(axis.GetSecondDirection(), -1, 0, 0);
-    expectVector(axis.GetThirdDirection(), 0, 0, 1, 0);
+    ExpectVectorNear(axis.GetFirstDirection(), 0, 1, 0, VectorTolerance);
+    ExpectVectorNear(axis.GetSecondDirection(), -1, 0, 0, VectorTolerance);
+    ExpectVectorNear(axis.GetThirdDirection(), 0, 0, 1, 0);
 }
 
 TEST(MathAxis, TiltInSecondThirdByQuarterTurnTakesSecondToThird)
 {
     KEZMathAxis axis;
     axis.Tilt(KEZMathAxis::AxisPlaneSecondThird, pi / 2);
-    expectVector(axis.GetFirstDirection(), 1, 0, 0, 0);
-    expectVector(axis.GetSecondDirection(), 0, 0, 1);
-    expectVector(axis.GetThirdDirection(), 0, -1, 0);
+    ExpectVectorNear(axis.GetFirstDirection(), 1, 0, 0, 0);
+    ExpectVectorNear(axis.GetSecondDirection(), 0, 0, 1, VectorTolerance);
+    ExpectVectorNear(axis.GetThirdDirection(), 0, -1, 0, VectorTolerance);
 }
 
 TEST(MathAxis, TiltInThirdFirstByQuarterTurnTakesThirdToFirst)
 {
     KEZMathAxis axis;
     axis.Tilt(KEZMathAxis::AxisPlaneThirdFirst, pi / 2);
-    expectVector(axis.GetFirstDirection(), 0, 0, -1);
-    expectVector(axis.GetSecondDirection(), 0, 1, 0, 0);
-    expectVector(axis.GetThirdDirection(), 1, 0, 0);
+    ExpectVectorNear(axis.GetFirstDirection(), 0, 0, -1, VectorTolerance);
+    ExpectVectorNear(axis.GetSecondDirection(), 0, 1, 0, 0);
+    ExpectVectorNear(axis.GetThirdDirection(), 1, 0, 0, VectorTolerance);
 }
 
 TEST(MathAxis, TiltByAGeneralAngleFollowsTheRightHandRule)
@@ -95,16 +89,16 @@ TEST(MathAxis, TiltByAGeneralAngleFollowsTheRightHandRule)
     const double angle = pi / 6;
     KEZMathAxis axis;
     axis.Tilt(KEZMathAxis::AxisPlaneFirstSecond, angle);
-    expectVector(axis.GetFirstDirection(), std::sqrt(3.0) / 2, 0.5, 0);
-    expectVector(axis.GetSecondDirection(), -0.5, std::sqrt(3.0) / 2, 0);
+    ExpectVectorNear(axis.GetFirstDirection(), std::sqrt(3.0) / 2, 0.5, 0, VectorTolerance);
+    ExpectVectorNear(axis.GetSecondDirection(), -0.5, std::sqrt(3.0) / 2, 0, VectorTolerance);
 }
 
 TEST(MathAxis, NegativeTiltTurnsClockwise)
 {
     KEZMathAxis axis;
     axis.Tilt(KEZMathAxis::AxisPlaneFirstSecond, -pi / 2);
-    expectVector(axis.GetFirstDirection(), 0, -1, 0);
-    expectVector(axis.GetSecondDirection(), 1, 0, 0);
+    ExpectVectorNear(axis.GetFirstDirection(), 0, -1, 0, VectorTolerance);
+    ExpectVectorNear(axis.GetSecondDirection(), 1, 0, 0, VectorTolerance);
 }
 
 TEST(MathAxis, TiltTurnsAboutTheFramesOwnDirectionsAndKeepsTheOrigin)
@@ -117,10 +111,10 @@ TEST(MathAxis, TiltTurnsAboutTheFramesOwnDirectionsAndKeepsTheOrigin)
     axis.SetThirdDirection(KEZMathVector(1, 0, 0));
     axis.Tilt(KEZMathAxis::AxisPlaneFirstSecond, pi / 2);
     // Quarter turn about world x: y goes to z, z goes to -y.
-    expectVector(axis.GetFirstDirection(), 0, 0, 1);
-    expectVector(axis.GetSecondDirection(), 0, -1, 0);
-    expectVector(axis.GetThirdDirection(), 1, 0, 0, 0);
-    expectPoint(axis.GetOrigin(), 5, 6, 7, 0);
+    ExpectVectorNear(axis.GetFirstDirection(), 0, 0, 1, VectorTolerance);
+    ExpectVectorNear(axis.GetSecondDirection(), 0, -1, 0, VectorTolerance);
+    ExpectVectorNear(axis.GetThirdDirection(), 1, 0, 0, 0);
+    ExpectPointNear(axis.GetOrigin(), 5, 6, 7, 0);
 }
 
 TEST(MathAxis, TiltAboutALongDirectionTurnsByTheSameAngle)
@@ -128,8 +122,8 @@ TEST(MathAxis, TiltAboutALongDirectionTurnsByTheSameAngle)
     KEZMathAxis axis;
     axis.SetThirdDirection(KEZMathVector(0, 0, 10));
     axis.Tilt(KEZMathAxis::AxisPlaneFirstSecond, pi / 2);
-    expectVector(axis.GetFirstDirection(), 0, 1, 0);
-    expectVector(axis.GetThirdDirection(), 0, 0, 10, 0);
+    ExpectVectorNear(axis.GetFirstDirection(), 0, 1, 0, VectorTolerance);
+    ExpectVectorNear(axis.GetThirdDirection(), 0, 0, 10, 0);
 }
 
 TEST(MathAxis, FourQuarterTiltsComeBackToTheStart)
@@ -155,8 +149,8 @@ TEST(MathAxis, TiltAboutANullDirectionThrowsAndLeavesTheFrame)
     KEZMathAxis axis;
     axis.SetSecondDirection(KEZMathVector());
     EXPECT_THROW(axis.Tilt(KEZMathAxis::AxisPlaneThirdFirst, 1.0), KEZMathZeroMagnitudeVectorException);
-    expectVector(axis.GetFirstDirection(), 1, 0, 0, 0);
-    expectVector(axis.GetThirdDirection(), 0, 0, 1, 0);
+    ExpectVectorNear(axis.GetFirstDirection(), 1, 0, 0, 0);
+    ExpectVectorNear(axis.GetThirdDirection(), 0, 0, 1, 0);
 }
 
 TEST(MathAxis, NotEqualIgnoresDifferencesUpToOneEMinusNine)
@@ -196,8 +190,8 @@ TEST(MathAxis, MapsAPointIntoTheSpaceAround)
     axis.SetFirstDirection(KEZMathVector(0, 1, 0));
     axis.SetSecondDirection(KEZMathVector(-1, 0, 0));
     // (x, y, z) goes to (10 - y, x, z).
-    expectPoint(axis * KEZMathPoint(1, 2, 3), 8, 1, 3, 0);
-    expectVector(axis * KEZMathVector(1, 2, 3), -2, 1, 3, 0);
+    ExpectPointNear(axis * KEZMathPoint(1, 2, 3), 8, 1, 3, 0);
+    ExpectVectorNear(axis * KEZMathVector(1, 2, 3), -2, 1, 3, 0);
 }
 
 TEST(MathAxis, IdentityMapsABoxUnchanged)
@@ -214,8 +208,8 @@ TEST(MathAxis, MapsABoxThroughTurnAndShift)
     axis.SetSecondDirection(KEZMathVector(-1, 0, 0));
     const KEZMathBoundingBox mapped = axis * KEZMathBoundingBox(KEZMathPoint(0, 0, 0), KEZMathPoint(1, 2, 3));
     // x in [0, 1], y in [0, 2] go to X = 10 - y in [8, 10], Y = x in [0, 1].
-    expectPoint(mapped.GetLowerPoint(), 8, 0, 0, 0);
-    expectPoint(mapped.GetUpperPoint(), 10, 1, 3, 0);
+    ExpectPointNear(mapped.GetLowerPoint(), 8, 0, 0, 0);
+    ExpectPointNear(mapped.GetUpperPoint(), 10, 1, 3, 0);
 }
 
 TEST(MathAxis, MapsAllEightCornersOfABox)
@@ -227,8 +221,8 @@ TEST(MathAxis, MapsAllEightCornersOfABox)
     axis.SetFirstDirection(KEZMathVector(c, c, 0));
     axis.SetSecondDirection(KEZMathVector(-c, c, 0));
     const KEZMathBoundingBox mapped = axis * KEZMathBoundingBox(KEZMathPoint(0, 0, 0), KEZMathPoint(1, 1, 1));
-    expectPoint(mapped.GetLowerPoint(), -c, 0, 0);
-    expectPoint(mapped.GetUpperPoint(), c, 2 * c, 1);
+    ExpectPointNear(mapped.GetLowerPoint(), -c, 0, 0, PointTolerance);
+    ExpectPointNear(mapped.GetUpperPoint(), c, 2 * c, 1, PointTolerance);
 }
 
 TEST(MathAxis, MapsABoxThroughLongDirections)
@@ -237,6 +231,6 @@ TEST(MathAxis, MapsABoxThroughLongDirections)
     axis.SetFirstDirection(KEZMathVector(2, 0, 0));
     axis.SetThirdDirection(KEZMathVector(0, 0, -3));
     const KEZMathBoundingBox mapped = axis * KEZMathBoundingBox(KEZMathPoint(1, 1, 1), KEZMathPoint(2, 2, 2));
-    expectPoint(mapped.GetLowerPoint(), 2, 1, -6, 0);
-    expectPoint(mapped.GetUpperPoint(), 4, 2, -3, 0);
+    ExpectPointNear(mapped.GetLowerPoint(), 2, 1, -6, 0);
+    ExpectPointNear(mapped.GetUpperPoint(), 4, 2, -3, 0);
 }

@@ -2,24 +2,17 @@
 
 #include <KEZMathBoundingBox.h>
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
-namespace {
-
-void expectPoint(const KEZMathPoint &actual, double x, double y, double z)
-{
-    EXPECT_EQ(actual.GetX(), x);
-    EXPECT_EQ(actual.GetY(), y);
-    EXPECT_EQ(actual.GetZ(), z);
-}
-
-} // namespace
+using namespace KEZTest;
 
 TEST(MathBoundingBox, DefaultHasBothCornersAtTheOrigin)
 {
     const KEZMathBoundingBox box;
-    expectPoint(box.GetLowerPoint(), 0, 0, 0);
-    expectPoint(box.GetUpperPoint(), 0, 0, 0);
+    ExpectPoint(box.GetLowerPoint(), 0, 0, 0);
+    ExpectPoint(box.GetUpperPoint(), 0, 0, 0);
     EXPECT_EQ(box.GetDeltaX(), 0.0);
     EXPECT_EQ(box.GetDeltaY(), 0.0);
     EXPECT_EQ(box.GetDeltaZ(), 0.0);
@@ -28,27 +21,27 @@ TEST(MathBoundingBox, DefaultHasBothCornersAtTheOrigin)
 TEST(MathBoundingBox, BoxOfOnePointHasBothCornersThere)
 {
     const KEZMathBoundingBox box(KEZMathPoint(1, -2, 3));
-    expectPoint(box.GetLowerPoint(), 1, -2, 3);
-    expectPoint(box.GetUpperPoint(), 1, -2, 3);
+    ExpectPoint(box.GetLowerPoint(), 1, -2, 3);
+    ExpectPoint(box.GetUpperPoint(), 1, -2, 3);
     EXPECT_EQ(box.GetDeltaX(), 0.0);
 }
 
 TEST(MathBoundingBox, BoxOfTwoPointsSortsTheCoordinates)
 {
     const KEZMathBoundingBox box(KEZMathPoint(4, -2, 3), KEZMathPoint(1, 5, -6));
-    expectPoint(box.GetLowerPoint(), 1, -2, -6);
-    expectPoint(box.GetUpperPoint(), 4, 5, 3);
+    ExpectPoint(box.GetLowerPoint(), 1, -2, -6);
+    ExpectPoint(box.GetUpperPoint(), 4, 5, 3);
 }
 
 TEST(MathBoundingBox, ExpandByAPointGrowsEachSideAsNeeded)
 {
     KEZMathBoundingBox box(KEZMathPoint(1, 1, 1));
     box.Expand(KEZMathPoint(3, 0, 1));
-    expectPoint(box.GetLowerPoint(), 1, 0, 1);
-    expectPoint(box.GetUpperPoint(), 3, 1, 1);
+    ExpectPoint(box.GetLowerPoint(), 1, 0, 1);
+    ExpectPoint(box.GetUpperPoint(), 3, 1, 1);
     box.Expand(KEZMathPoint(2, 0.5, -4));
-    expectPoint(box.GetLowerPoint(), 1, 0, -4);
-    expectPoint(box.GetUpperPoint(), 3, 1, 1);
+    ExpectPoint(box.GetLowerPoint(), 1, 0, -4);
+    ExpectPoint(box.GetUpperPoint(), 3, 1, 1);
     EXPECT_EQ(box.GetDeltaX(), 2.0);
     EXPECT_EQ(box.GetDeltaY(), 1.0);
     EXPECT_EQ(box.GetDeltaZ(), 5.0);
@@ -58,16 +51,16 @@ TEST(MathBoundingBox, ExpandingTheDefaultBoxTakesInTheOrigin)
 {
     KEZMathBoundingBox box;
     box.Expand(KEZMathPoint(2, 3, 4));
-    expectPoint(box.GetLowerPoint(), 0, 0, 0);
-    expectPoint(box.GetUpperPoint(), 2, 3, 4);
+    ExpectPoint(box.GetLowerPoint(), 0, 0, 0);
+    ExpectPoint(box.GetUpperPoint(), 2, 3, 4);
 }
 
 TEST(MathBoundingBox, ExpandByABoxTakesInBothItsCorners)
 {
     KEZMathBoundingBox box(KEZMathPoint(0, 0, 0), KEZMathPoint(1, 1, 1));
     box.Expand(KEZMathBoundingBox(KEZMathPoint(-1, 0.5, 0.5), KEZMathPoint(0.5, 0.5, 9)));
-    expectPoint(box.GetLowerPoint(), -1, 0, 0);
-    expectPoint(box.GetUpperPoint(), 1, 1, 9);
+    ExpectPoint(box.GetLowerPoint(), -1, 0, 0);
+    ExpectPoint(box.GetUpperPoint(), 1, 1, 9);
 }
 
 TEST(MathBoundingBox, EqualityComparesCornersExactly)

@@ -3,37 +3,31 @@
 #include <KEZMathCircle.h>
 #include <KEZMathZeroMagnitudeVectorException.h>
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 
+using namespace KEZTest;
+
 namespace {
 
+// The tolerances of this file's comparisons where a test names none.
+constexpr double PointTolerance = 1e-14;
+constexpr double VectorTolerance = 1e-15;
+
 const double pi = std::acos(-1.0);
-
-void expectVector(const KEZMathVector &actual, double x, double y, double z, double tolerance = 1e-15)
-{
-    EXPECT_NEAR(actual.GetX(), x, tolerance);
-    EXPECT_NEAR(actual.GetY(), y, tolerance);
-    EXPECT_NEAR(actual.GetZ(), z, tolerance);
-}
-
-void expectPoint(const KEZMathPoint &actual, double x, double y, double z, double tolerance = 1e-14)
-{
-    EXPECT_NEAR(actual.GetX(), x, tolerance);
-    EXPECT_NEAR(actual.GetY(), y, tolerance);
-    EXPECT_NEAR(actual.GetZ(), z, tolerance);
-}
 
 } // namespace
 
 TEST(MathCircle, DefaultIsTheUnitCircleInTheXYPlane)
 {
     const KEZMathCircle circle;
-    expectPoint(circle.GetOrigin(), 0, 0, 0, 0);
+    ExpectPointNear(circle.GetOrigin(), 0, 0, 0, 0);
     EXPECT_EQ(circle.GetRadius(), 1.0);
-    expectVector(circle.GetNormal(), 0, 0, 1, 0);
-    expectVector(circle.GetStartDirection(), 1, 0, 0, 0);
+    ExpectVectorNear(circle.GetNormal(), 0, 0, 1, 0);
+    ExpectVectorNear(circle.GetStartDirection(), 1, 0, 0, 0);
 }
 
 TEST(MathCircle, SettersOfOriginAndRadius)
@@ -41,7 +35,7 @@ TEST(MathCircle, SettersOfOriginAndRadius)
     KEZMathCircle circle;
     circle.SetOrigin(KEZMathPoint(1, 2, 3));
     circle.SetRadius(2.5);
-    expectPoint(circle.GetOrigin(), 1, 2, 3, 0);
+    ExpectPointNear(circle.GetOrigin(), 1, 2, 3, 0);
     EXPECT_EQ(circle.GetRadius(), 2.5);
 }
 
@@ -51,39 +45,39 @@ TEST(MathCircle, NormalZUpStartsAtXAndRunsCounterClockwise)
     circle.SetOrigin(KEZMathPoint(10, 20, 30));
     circle.SetRadius(2);
     circle.SetDirections(KEZMathVector(0, 0, 1), nullptr);
-    expectVector(circle.GetStartDirection(), 1, 0, 0, 0);
-    expectPoint(circle.EvalAngle(0), 12, 20, 30);
-    expectPoint(circle.EvalAngle(pi / 2), 10, 22, 30);
-    expectPoint(circle.EvalAngle(pi), 8, 20, 30);
-    expectPoint(circle.EvalAngle(3 * pi / 2), 10, 18, 30);
-    expectPoint(circle.EvalAngle(pi / 4), 10 + std::sqrt(2.0), 20 + std::sqrt(2.0), 30);
+    ExpectVectorNear(circle.GetStartDirection(), 1, 0, 0, 0);
+    ExpectPointNear(circle.EvalAngle(0), 12, 20, 30, PointTolerance);
+    ExpectPointNear(circle.EvalAngle(pi / 2), 10, 22, 30, PointTolerance);
+    ExpectPointNear(circle.EvalAngle(pi), 8, 20, 30, PointTolerance);
+    ExpectPointNear(circle.EvalAngle(3 * pi / 2), 10, 18, 30, PointTolerance);
+    ExpectPointNear(circle.EvalAngle(pi / 4), 10 + std::sqrt(2.0), 20 + std::sqrt(2.0), 30, PointTolerance);
 }
 
 TEST(MathCircle, NormalZDownStartsAtXAndRunsTheOtherWayInWorldTerms)
 {
     KEZMathCircle circle;
     circle.SetDirections(KEZMathVector(0, 0, -1), nullptr);
-    expectVector(circle.GetStartDirection(), 1, 0, 0);
+    ExpectVectorNear(circle.GetStartDirection(), 1, 0, 0, VectorTolerance);
     // Counter-clockwise seen from below: from +x towards -y.
-    expectPoint(circle.EvalAngle(pi / 2), 0, -1, 0);
+    ExpectPointNear(circle.EvalAngle(pi / 2), 0, -1, 0, PointTolerance);
 }
 
 TEST(MathCircle, NormalXStartsAtY)
 {
     KEZMathCircle circle;
     circle.SetDirections(KEZMathVector(3, 0, 0), nullptr);
-    expectVector(circle.GetNormal(), 1, 0, 0);
-    expectVector(circle.GetStartDirection(), 0, 1, 0);
-    expectPoint(circle.EvalAngle(pi / 2), 0, 0, 1);
+    ExpectVectorNear(circle.GetNormal(), 1, 0, 0, VectorTolerance);
+    ExpectVectorNear(circle.GetStartDirection(), 0, 1, 0, VectorTolerance);
+    ExpectPointNear(circle.EvalAngle(pi / 2), 0, 0, 1, PointTolerance);
 }
 
 TEST(MathCircle, NormalYStartsAtX)
 {
     KEZMathCircle circle;
     circle.SetDirections(KEZMathVector(0, 1, 0), nullptr);
-    expectVector(circle.GetStartDirection(), 1, 0, 0);
+    ExpectVectorNear(circle.GetStartDirection(), 1, 0, 0, VectorTolerance);
     // (0,1,0) ^ (1,0,0) = (0,0,-1)
-    expectPoint(circle.EvalAngle(pi / 2), 0, 0, -1);
+    ExpectPointNear(circle.EvalAngle(pi / 2), 0, 0, -1, PointTolerance);
 }
 
 TEST(MathCircle, ChosenStartIsPerpendicularAndPointsStayOnTheCircle)
@@ -106,11 +100,11 @@ TEST(MathCircle, AGivenStartDirectionIsUsedAfterRemovingItsNormalPart)
     KEZMathCircle circle;
     const KEZMathVector start(0, 2, 0);
     circle.SetDirections(KEZMathVector(0, 0, 1), &start);
-    expectVector(circle.GetStartDirection(), 0, 1, 0);
-    expectPoint(circle.EvalAngle(pi / 2), -1, 0, 0);
+    ExpectVectorNear(circle.GetStartDirection(), 0, 1, 0, VectorTolerance);
+    ExpectPointNear(circle.EvalAngle(pi / 2), -1, 0, 0, PointTolerance);
     const KEZMathVector slanted(1, 0, 5);
     circle.SetDirections(KEZMathVector(0, 0, 1), &slanted);
-    expectVector(circle.GetStartDirection(), 1, 0, 0);
+    ExpectVectorNear(circle.GetStartDirection(), 1, 0, 0, VectorTolerance);
 }
 
 TEST(MathCircle, AStartDirectionAlongTheNormalFallsBackToTheChosenOne)
@@ -118,16 +112,16 @@ TEST(MathCircle, AStartDirectionAlongTheNormalFallsBackToTheChosenOne)
     KEZMathCircle circle;
     const KEZMathVector along(0, 0, -4);
     circle.SetDirections(KEZMathVector(0, 0, 1), &along);
-    expectVector(circle.GetStartDirection(), 1, 0, 0);
+    ExpectVectorNear(circle.GetStartDirection(), 1, 0, 0, VectorTolerance);
     const KEZMathVector null;
     circle.SetDirections(KEZMathVector(1, 0, 0), &null);
-    expectVector(circle.GetStartDirection(), 0, 1, 0);
+    ExpectVectorNear(circle.GetStartDirection(), 0, 1, 0, VectorTolerance);
 }
 
 TEST(MathCircle, ANormalWithoutMagnitudeThrowsAndLeavesTheCircle)
 {
     KEZMathCircle circle;
     EXPECT_THROW(circle.SetDirections(KEZMathVector(), nullptr), KEZMathZeroMagnitudeVectorException);
-    expectVector(circle.GetNormal(), 0, 0, 1, 0);
-    expectVector(circle.GetStartDirection(), 1, 0, 0, 0);
+    ExpectVectorNear(circle.GetNormal(), 0, 0, 1, 0);
+    ExpectVectorNear(circle.GetStartDirection(), 1, 0, 0, 0);
 }

@@ -3,35 +3,29 @@
 #include <KEZMathPlane.h>
 #include <KEZMathZeroMagnitudeVectorException.h>
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 
+using namespace KEZTest;
+
 namespace {
 
-void expectVector(const KEZMathVector &actual, double x, double y, double z, double tolerance = 1e-15)
-{
-    EXPECT_NEAR(actual.GetX(), x, tolerance);
-    EXPECT_NEAR(actual.GetY(), y, tolerance);
-    EXPECT_NEAR(actual.GetZ(), z, tolerance);
-}
-
-void expectPoint(const KEZMathPoint &actual, double x, double y, double z, double tolerance = 1e-14)
-{
-    EXPECT_NEAR(actual.GetX(), x, tolerance);
-    EXPECT_NEAR(actual.GetY(), y, tolerance);
-    EXPECT_NEAR(actual.GetZ(), z, tolerance);
-}
+// The tolerances of this file's comparisons where a test names none.
+constexpr double PointTolerance = 1e-14;
+constexpr double VectorTolerance = 1e-15;
 
 } // namespace
 
 TEST(MathPlane, DefaultIsTheXYPlaneThroughTheOrigin)
 {
     const KEZMathPlane plane;
-    expectPoint(plane.GetOrigin(), 0, 0, 0, 0);
-    expectVector(plane.GetFirstDirection(), 1, 0, 0, 0);
-    expectVector(plane.GetSecondDirection(), 0, 1, 0, 0);
-    expectVector(plane.GetNormal(), 0, 0, 1, 0);
+    ExpectPointNear(plane.GetOrigin(), 0, 0, 0, 0);
+    ExpectVectorNear(plane.GetFirstDirection(), 1, 0, 0, 0);
+    ExpectVectorNear(plane.GetSecondDirection(), 0, 1, 0, 0);
+    ExpectVectorNear(plane.GetNormal(), 0, 0, 1, 0);
 }
 
 TEST(MathPlane, DefaultProjectsThreeFourFiveToThreeFour)
@@ -44,10 +38,10 @@ TEST(MathPlane, DefaultProjectsThreeFourFiveToThreeFour)
 
 TEST(MathPlane, ProjectsAPointToTheNearestPointOfThePlane)
 {
-    expectPoint(KEZMathPlane().Project(KEZMathPoint(3, 4, 5)), 3, 4, 0, 0);
+    ExpectPointNear(KEZMathPlane().Project(KEZMathPoint(3, 4, 5)), 3, 4, 0, 0);
     KEZMathPlane shifted;
     shifted.SetOrigin(KEZMathPoint(0, 0, 2));
-    expectPoint(shifted.Project(KEZMathPoint(3, 4, 5)), 3, 4, 2, 0);
+    ExpectPointNear(shifted.Project(KEZMathPoint(3, 4, 5)), 3, 4, 2, 0);
 }
 
 TEST(MathPlane, ProjectionOfAVectorAlongTheNormalIsNotValid)
@@ -62,7 +56,7 @@ TEST(MathPlane, ProjectionOfAVectorAlongTheNormalIsNotValid)
 TEST(MathPlane, ProjectionOfAVectorKeepsItsInPlanePart)
 {
     const KEZMathVector projected = KEZMathPlane().Project(KEZMathVector(1, 2, 3));
-    expectVector(projected, 1, 2, 0, 0);
+    ExpectVectorNear(projected, 1, 2, 0, 0);
     EXPECT_TRUE(projected.IsValid());
 }
 
@@ -70,27 +64,27 @@ TEST(MathPlane, SetNormalZUpGivesTheDefaultFrame)
 {
     KEZMathPlane plane;
     plane.SetNormal(KEZMathVector(0, 0, 5));
-    expectVector(plane.GetNormal(), 0, 0, 1);
-    expectVector(plane.GetFirstDirection(), 1, 0, 0);
-    expectVector(plane.GetSecondDirection(), 0, 1, 0);
+    ExpectVectorNear(plane.GetNormal(), 0, 0, 1, VectorTolerance);
+    ExpectVectorNear(plane.GetFirstDirection(), 1, 0, 0, VectorTolerance);
+    ExpectVectorNear(plane.GetSecondDirection(), 0, 1, 0, VectorTolerance);
 }
 
 TEST(MathPlane, SetNormalZDownKeepsXAndTurnsY)
 {
     KEZMathPlane plane;
     plane.SetNormal(KEZMathVector(0, 0, -1));
-    expectVector(plane.GetFirstDirection(), 1, 0, 0);
-    expectVector(plane.GetSecondDirection(), 0, -1, 0);
-    expectVector(plane.GetNormal(), 0, 0, -1);
+    ExpectVectorNear(plane.GetFirstDirection(), 1, 0, 0, VectorTolerance);
+    ExpectVectorNear(plane.GetSecondDirection(), 0, -1, 0, VectorTolerance);
+    ExpectVectorNear(plane.GetNormal(), 0, 0, -1, VectorTolerance);
 }
 
 TEST(MathPlane, SetNormalXGivesYAndZ)
 {
     KEZMathPlane plane;
     plane.SetNormal(KEZMathVector(2, 0, 0));
-    expectVector(plane.GetNormal(), 1, 0, 0);
-    expectVector(plane.GetFirstDirection(), 0, 1, 0);
-    expectVector(plane.GetSecondDirection(), 0, 0, 1);
+    ExpectVectorNear(plane.GetNormal(), 1, 0, 0, VectorTolerance);
+    ExpectVectorNear(plane.GetFirstDirection(), 0, 1, 0, VectorTolerance);
+    ExpectVectorNear(plane.GetSecondDirection(), 0, 0, 1, VectorTolerance);
 }
 
 TEST(MathPlane, SetNormalMakesARightHandedOrthonormalFrame)
@@ -106,27 +100,27 @@ TEST(MathPlane, SetNormalMakesARightHandedOrthonormalFrame)
     EXPECT_NEAR(x * y, 0.0, 1e-15);
     EXPECT_NEAR(x * n, 0.0, 1e-15);
     const KEZMathVector cross = x ^ y;
-    expectVector(cross, n.GetX(), n.GetY(), n.GetZ());
+    ExpectVectorNear(cross, n.GetX(), n.GetY(), n.GetZ(), VectorTolerance);
     // The normal keeps the given sense.
     const double length = std::sqrt(1 + 4 + 0.25);
-    expectVector(n, 1 / length, -2 / length, 0.5 / length);
+    ExpectVectorNear(n, 1 / length, -2 / length, 0.5 / length, VectorTolerance);
 }
 
 TEST(MathPlane, SetNormalWithoutMagnitudeThrowsAndLeavesThePlane)
 {
     KEZMathPlane plane;
     EXPECT_THROW(plane.SetNormal(KEZMathVector()), KEZMathZeroMagnitudeVectorException);
-    expectVector(plane.GetNormal(), 0, 0, 1, 0);
-    expectVector(plane.GetFirstDirection(), 1, 0, 0, 0);
+    ExpectVectorNear(plane.GetNormal(), 0, 0, 1, 0);
+    ExpectVectorNear(plane.GetFirstDirection(), 1, 0, 0, 0);
 }
 
 TEST(MathPlane, SetDirectionsSetsTheNormalXCrossY)
 {
     KEZMathPlane plane;
     plane.SetDirections(KEZMathVector(1, 0, 0), KEZMathVector(0, -1, 0));
-    expectVector(plane.GetFirstDirection(), 1, 0, 0, 0);
-    expectVector(plane.GetSecondDirection(), 0, -1, 0, 0);
-    expectVector(plane.GetNormal(), 0, 0, -1, 0);
+    ExpectVectorNear(plane.GetFirstDirection(), 1, 0, 0, 0);
+    ExpectVectorNear(plane.GetSecondDirection(), 0, -1, 0, 0);
+    ExpectVectorNear(plane.GetNormal(), 0, 0, -1, 0);
     KEZMathPoint2D point2D;
     plane.Project(KEZMathPoint(3, 4, 5), point2D);
     EXPECT_EQ(point2D.GetX(), 3.0);
@@ -138,9 +132,9 @@ TEST(MathPlane, SetDirectionsMakesTheDirectionsOrthonormal)
     KEZMathPlane plane;
     // x (2, 0, 0) becomes (1, 0, 0); y (1, 3, 0) loses its part along x.
     plane.SetDirections(KEZMathVector(2, 0, 0), KEZMathVector(1, 3, 0));
-    expectVector(plane.GetFirstDirection(), 1, 0, 0);
-    expectVector(plane.GetSecondDirection(), 0, 1, 0);
-    expectVector(plane.GetNormal(), 0, 0, 1);
+    ExpectVectorNear(plane.GetFirstDirection(), 1, 0, 0, VectorTolerance);
+    ExpectVectorNear(plane.GetSecondDirection(), 0, 1, 0, VectorTolerance);
+    ExpectVectorNear(plane.GetNormal(), 0, 0, 1, VectorTolerance);
 }
 
 TEST(MathPlane, SetDirectionsAlongEachOtherThrowsAndLeavesThePlane)
@@ -152,9 +146,9 @@ TEST(MathPlane, SetDirectionsAlongEachOtherThrowsAndLeavesThePlane)
                  KEZMathZeroMagnitudeVectorException);
     EXPECT_THROW(plane.SetDirections(KEZMathVector(0, 1, 0), KEZMathVector()),
                  KEZMathZeroMagnitudeVectorException);
-    expectVector(plane.GetFirstDirection(), 1, 0, 0, 0);
-    expectVector(plane.GetSecondDirection(), 0, 1, 0, 0);
-    expectVector(plane.GetNormal(), 0, 0, 1, 0);
+    ExpectVectorNear(plane.GetFirstDirection(), 1, 0, 0, 0);
+    ExpectVectorNear(plane.GetSecondDirection(), 0, 1, 0, 0);
+    ExpectVectorNear(plane.GetNormal(), 0, 0, 1, 0);
 }
 
 TEST(MathPlane, TwoDCoordinatesAreOffsetsAlongTheDirections)
@@ -173,7 +167,7 @@ TEST(MathPlane, EvaluateGivesTheThreeDPoint)
     KEZMathPlane plane;
     plane.SetOrigin(KEZMathPoint(1, 1, 1));
     plane.SetDirections(KEZMathVector(0, 1, 0), KEZMathVector(0, 0, 1));
-    expectPoint(plane.Evaluate(KEZMathPoint2D(2, 4)), 1, 3, 5, 0);
+    ExpectPointNear(plane.Evaluate(KEZMathPoint2D(2, 4)), 1, 3, 5, 0);
 }
 
 TEST(MathPlane, EvaluateIsTheInverseOfProjectForPointsInThePlane)
@@ -204,5 +198,5 @@ TEST(MathPlane, EvaluateOfTheTwoDCoordinatesOfAnyPointIsItsProjection)
     KEZMathPoint2D point2D;
     plane.Project(off, point2D);
     const KEZMathPoint projected = plane.Project(off);
-    expectPoint(plane.Evaluate(point2D), projected.GetX(), projected.GetY(), projected.GetZ(), 1e-12);
+    ExpectPointNear(plane.Evaluate(point2D), projected.GetX(), projected.GetY(), projected.GetZ(), 1e-12);
 }

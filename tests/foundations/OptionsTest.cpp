@@ -18,12 +18,16 @@
 #include <QStringList>
 #include <QVariant>
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdint>
 #include <limits>
 #include <type_traits>
+
+using namespace KEZTest;
 
 namespace {
 
@@ -98,22 +102,6 @@ KEZVisOptions MakeOptions(const Fields &fields)
     return options;
 }
 
-QByteArray StreamBytes(const KEZVisOptions &options)
-{
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream << options;
-    return bytes;
-}
-
-QByteArray FontBytes(const QFont &font)
-{
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream << font;
-    return bytes;
-}
-
 // Qt's hash of an integer with seed 0 on a 64-bit size_t, applied to the value
 // sign-extended to 64 bits.
 size_t MixInteger(std::int64_t value)
@@ -131,6 +119,22 @@ size_t ExpectedHash(const Fields &fields)
 {
     return MixInteger(fields.priority) ^ MixInteger(fields.pointSymbol) ^ MixInteger(fields.lineStyle)
         ^ qHash(fields.font, 0) ^ qHash(fields.lineThickness, 0) ^ qHash(fields.color);
+}
+
+// Makes options from the sample fields, calls set on a copy of them and
+// expects the original to keep every field and the copy to hold the fields
+// that change gives: the detached record keeps the fields not set.
+template <typename Set, typename Change>
+void ExpectSetDetaches(Set set, Change change)
+{
+    const Fields fields = SampleFields();
+    const KEZVisOptions original = MakeOptions(fields);
+    KEZVisOptions copy(original);
+    set(copy);
+    ExpectFields(original, fields);
+    Fields changed = fields;
+    change(changed);
+    ExpectFields(copy, changed);
 }
 
 } // namespace
@@ -229,99 +233,51 @@ TEST(Options, SelfAssignmentKeepsTheFields)
 
 TEST(Options, DetachOnSetColorLeavesTheOriginalAsItWas)
 {
-    const Fields fields = SampleFields();
-    const KEZVisOptions original = MakeOptions(fields);
-    KEZVisOptions copy(original);
-    copy.SetColor(QColor(1, 2, 3));
-    ExpectFields(original, fields);
-    Fields changed = fields;            // the detached record keeps the other seven fields
-    changed.color = QColor(1, 2, 3);
-    ExpectFields(copy, changed);
+    ExpectSetDetaches([](KEZVisOptions &copy) { copy.SetColor(QColor(1, 2, 3)); },
+                      [](Fields &changed) { changed.color = QColor(1, 2, 3); });
 }
 
 TEST(Options, DetachOnSetLineStyleLeavesTheOriginalAsItWas)
 {
-    const Fields fields = SampleFields();
-    const KEZVisOptions original = MakeOptions(fields);
-    KEZVisOptions copy(original);
-    copy.SetLineStyle(KEZVisOptions::LineStyleLongDashDotDotDot);
-    ExpectFields(original, fields);
-    Fields changed = fields;            // the detached record keeps the other seven fields
-    changed.lineStyle = 12;
-    ExpectFields(copy, changed);
+    ExpectSetDetaches([](KEZVisOptions &copy) { copy.SetLineStyle(KEZVisOptions::LineStyleLongDashDotDotDot); },
+                      [](Fields &changed) { changed.lineStyle = 12; });
 }
 
 TEST(Options, DetachOnSetLineThicknessLeavesTheOriginalAsItWas)
 {
-    const Fields fields = SampleFields();
-    const KEZVisOptions original = MakeOptions(fields);
-    KEZVisOptions copy(original);
-    copy.SetLineThickness(7.25);
-    ExpectFields(original, fields);
-    Fields changed = fields;            // the detached record keeps the other seven fields
-    changed.lineThickness = 7.25;
-    ExpectFields(copy, changed);
+    ExpectSetDetaches([](KEZVisOptions &copy) { copy.SetLineThickness(7.25); },
+                      [](Fields &changed) { changed.lineThickness = 7.25; });
 }
 
 TEST(Options, DetachOnSetPointSymbolLeavesTheOriginalAsItWas)
 {
-    const Fields fields = SampleFields();
-    const KEZVisOptions original = MakeOptions(fields);
-    KEZVisOptions copy(original);
-    copy.SetPointSymbol(PointSymbolByte(42));
-    ExpectFields(original, fields);
-    Fields changed = fields;            // the detached record keeps the other seven fields
-    changed.pointSymbol = 42;
-    ExpectFields(copy, changed);
+    ExpectSetDetaches([](KEZVisOptions &copy) { copy.SetPointSymbol(PointSymbolByte(42)); },
+                      [](Fields &changed) { changed.pointSymbol = 42; });
 }
 
 TEST(Options, DetachOnSetFixedPerspectiveLeavesTheOriginalAsItWas)
 {
-    const Fields fields = SampleFields();
-    const KEZVisOptions original = MakeOptions(fields);
-    KEZVisOptions copy(original);
-    copy.SetFixedPerspective(false);
-    ExpectFields(original, fields);
-    Fields changed = fields;            // the detached record keeps the other seven fields
-    changed.fixedPerspective = false;
-    ExpectFields(copy, changed);
+    ExpectSetDetaches([](KEZVisOptions &copy) { copy.SetFixedPerspective(false); },
+                      [](Fields &changed) { changed.fixedPerspective = false; });
 }
 
 TEST(Options, DetachOnSetFontLeavesTheOriginalAsItWas)
 {
-    const Fields fields = SampleFields();
-    const KEZVisOptions original = MakeOptions(fields);
-    KEZVisOptions copy(original);
     const QFont other(QStringLiteral("Other Serif"), 9);
-    copy.SetFont(other);
-    ExpectFields(original, fields);
-    Fields changed = fields;            // the detached record keeps the other seven fields
-    changed.font = other;
-    ExpectFields(copy, changed);
+    ExpectSetDetaches([&](KEZVisOptions &copy) { copy.SetFont(other); },
+                      [&](Fields &changed) { changed.font = other; });
 }
 
 TEST(Options, DetachOnSetDepthEnabledLeavesTheOriginalAsItWas)
 {
-    const Fields fields = SampleFields();
-    const KEZVisOptions original = MakeOptions(fields);
-    KEZVisOptions copy(original);
-    copy.SetDepthEnabled(true);
-    ExpectFields(original, fields);
-    Fields changed = fields;            // the detached record keeps the other seven fields
-    changed.depthEnabled = true;
-    ExpectFields(copy, changed);
+    ExpectSetDetaches([](KEZVisOptions &copy) { copy.SetDepthEnabled(true); },
+                      [](Fields &changed) { changed.depthEnabled = true; });
 }
 
 TEST(Options, DetachOnSetPriorityLeavesTheOriginalAsItWas)
 {
-    const Fields fields = SampleFields();
-    const KEZVisOptions original = MakeOptions(fields);
-    KEZVisOptions copy(original);
-    copy.SetPriority(12345);
-    ExpectFields(original, fields);
-    Fields changed = fields;            // the detached record keeps the other seven fields
-    changed.priority = 12345;
-    ExpectFields(copy, changed);
+    ExpectSetDetaches([](KEZVisOptions &copy) { copy.SetPriority(12345); },
+                      [](Fields &changed) { changed.priority = 12345; });
 }
 
 TEST(Options, DetachOnStreamReadLeavesTheOriginalAsItWas)
@@ -329,7 +285,7 @@ TEST(Options, DetachOnStreamReadLeavesTheOriginalAsItWas)
     const Fields fields = SampleFields();
     const KEZVisOptions original = MakeOptions(fields);
     KEZVisOptions copy(original);
-    const QByteArray bytes = StreamBytes(KEZVisOptions());
+    const QByteArray bytes = StreamedAlone(KEZVisOptions());
     QDataStream in(bytes);
     in >> copy;
     ExpectFields(original, fields);
@@ -414,7 +370,7 @@ TEST(Options, OptionsDifferingOnlyInFixedPerspectiveStreamTheSameBytes)
     KEZVisOptions second = MakeOptions(SampleFields());
     first.SetFixedPerspective(false);
     second.SetFixedPerspective(true);
-    EXPECT_EQ(StreamBytes(first), StreamBytes(second));
+    EXPECT_EQ(StreamedAlone(first), StreamedAlone(second));
 }
 
 TEST(Options, OptionsDifferingOnlyInFixedPerspectiveHaveDifferentJson)
@@ -636,7 +592,7 @@ TEST(Options, StreamFormOfNonDefaultOptionsHasTheExactBytes)
 {
     Fields fields = SampleFields();
     fields.lineStyle = 200;             // kept as the byte -56
-    const QByteArray fontBytes = FontBytes(fields.font);
+    const QByteArray fontBytes = StreamedAlone(fields.font);
     ASSERT_FALSE(fontBytes.isEmpty());
 
     QByteArray expected;
@@ -650,7 +606,7 @@ TEST(Options, StreamFormOfNonDefaultOptionsHasTheExactBytes)
     expected += QByteArray::fromHex("00");                  // depth test off
     expected += QByteArray::fromHex("fffffffd");            // priority -3
 
-    EXPECT_EQ(StreamBytes(MakeOptions(fields)).toHex(), expected.toHex());
+    EXPECT_EQ(StreamedAlone(MakeOptions(fields)).toHex(), expected.toHex());
 }
 
 TEST(Options, StreamFormOfDefaultOptionsHasTheExactBytes)
@@ -661,18 +617,18 @@ TEST(Options, StreamFormOfDefaultOptionsHasTheExactBytes)
     expected += QByteArray::fromHex("00000000");            // solid line
     expected += QByteArray::fromHex("3ff0000000000000");    // 1.0
     expected += QByteArray::fromHex("00000000");            // default symbol
-    expected += FontBytes(QFont());
+    expected += StreamedAlone(QFont());
     expected += QByteArray::fromHex("01");                  // depth test on
     expected += QByteArray::fromHex("00000001");            // priority 1
 
-    EXPECT_EQ(StreamBytes(KEZVisOptions()).toHex(), expected.toHex());
+    EXPECT_EQ(StreamedAlone(KEZVisOptions()).toHex(), expected.toHex());
 }
 
 TEST(Options, LineStyle200StreamsAsMinus56AndComesBackAsTheSameByte)
 {
     KEZVisOptions options;
     options.SetLineStyle(static_cast<KEZVisOptions::LineStyle>(200));
-    const QByteArray bytes = StreamBytes(options);
+    const QByteArray bytes = StreamedAlone(options);
 
     // The line style follows the 11 bytes of the colour.
     ASSERT_GE(bytes.size(), 15);
@@ -713,7 +669,7 @@ TEST(Options, StreamReadTakesTheLowByteOfEachEnumeration)
 TEST(Options, StreamRoundTripRestoresTheSevenStreamedFields)
 {
     const Fields fields = SampleFields();
-    const QByteArray bytes = StreamBytes(MakeOptions(fields));
+    const QByteArray bytes = StreamedAlone(MakeOptions(fields));
     KEZVisOptions read;
     QDataStream in(bytes);
     in >> read;
@@ -730,7 +686,7 @@ TEST(Options, StreamReadLeavesFixedPerspectiveAsItWas)
     source.SetFixedPerspective(false);
     KEZVisOptions target;
     target.SetFixedPerspective(true);
-    const QByteArray bytes = StreamBytes(source);
+    const QByteArray bytes = StreamedAlone(source);
     QDataStream in(bytes);
     in >> target;
     EXPECT_TRUE(target.IsFixedPerspective());
@@ -748,7 +704,7 @@ TEST(Options, StreamOperatorsReturnTheirStream)
 
 TEST(Options, TruncatedStreamReadsNeverCrashAndReportThroughTheStream)
 {
-    const QByteArray bytes = StreamBytes(MakeOptions(SampleFields()));
+    const QByteArray bytes = StreamedAlone(MakeOptions(SampleFields()));
     for (int length = 0; length < bytes.size(); ++length) {
         KEZVisOptions read;
         QDataStream in(bytes.left(length));
@@ -760,8 +716,8 @@ TEST(Options, TruncatedStreamReadsNeverCrashAndReportThroughTheStream)
 TEST(Options, FlippedBytesInPlainFieldsAreReadWithoutValidation)
 {
     const Fields fields = SampleFields();
-    const QByteArray bytes = StreamBytes(MakeOptions(fields));
-    const int fontSize = FontBytes(fields.font).size();
+    const QByteArray bytes = StreamedAlone(MakeOptions(fields));
+    const int fontSize = StreamedAlone(fields.font).size();
     // Offsets of the fixed-width values around the font.
     const int lineStyleOffset = 11;
     const int thicknessOffset = 15;
@@ -1029,7 +985,7 @@ TEST(Options, MetaTypeStreamFormOfOptionsIsTheStreamOperatorsForm)
         QDataStream out(&bytes, QIODevice::WriteOnly);
         ASSERT_TRUE(type.save(out, &options));
     }
-    EXPECT_EQ(bytes, StreamBytes(options));
+    EXPECT_EQ(bytes, StreamedAlone(options));
 }
 
 TEST(Options, OptionsTravelInAVariant)

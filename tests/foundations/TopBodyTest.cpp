@@ -11,21 +11,21 @@
 
 #include <QPointer>
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <memory>
 #include <optional>
 
+using namespace KEZTest;
+
 namespace {
 
 KEZMathSetOfPoints Triangle()
 {
-    KEZMathSetOfPoints points;
-    points.append(KEZMathPoint(0.0, 0.0, 0.0));
-    points.append(KEZMathPoint(1.0, 0.0, 0.0));
-    points.append(KEZMathPoint(0.0, 1.0, 0.0));
-    return points;
+    return Points({KEZMathPoint(0.0, 0.0, 0.0), KEZMathPoint(1.0, 0.0, 0.0), KEZMathPoint(0.0, 1.0, 0.0)});
 }
 
 // A body answering its dimensions backwards, to show that readers reach the
@@ -40,17 +40,6 @@ public:
         return entities;
     }
 };
-
-template <typename Exception, typename Function>
-std::optional<Exception> ThrownBy(Function function)
-{
-    try {
-        function();
-    } catch (const Exception &exception) {
-        return exception;
-    }
-    return std::nullopt;
-}
 
 } // namespace
 
