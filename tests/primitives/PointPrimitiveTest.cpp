@@ -7,20 +7,13 @@
 #include "KEZMathBoundingBox.h"
 #include "KEZMathSetOfPoints.h"
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 #include <vector>
 
-namespace {
-
-double *newArray(const std::vector<double> &values)
-{
-    auto *array = new double[values.size()];
-    std::copy(values.begin(), values.end(), array);
-    return array;
-}
-
-} // namespace
+using namespace KEZTest;
 
 TEST(PointPrimitive, PointsFromASetAreCopiedInOrder)
 {
@@ -40,14 +33,14 @@ TEST(PointPrimitive, PointsFromASetAreCopiedInOrder)
 
 TEST(PointPrimitive, ArrayIsTakenOverWithItsCount)
 {
-    KEZVisPointPrimitive primitive(newArray({1.0, 1.0, 1.0, 2.0, -2.0, 0.0}), 2);
+    KEZVisPointPrimitive primitive(NewArray({1.0, 1.0, 1.0, 2.0, -2.0, 0.0}), 2);
     EXPECT_EQ(primitive.GetNumPoints(), 2);
     EXPECT_EQ(primitive.GetCoordsAsDouble(), (std::vector<double>{1.0, 1.0, 1.0, 2.0, -2.0, 0.0}));
 }
 
 TEST(PointPrimitive, BoxStartsFromTheFirstPointAndTakesInEveryOther)
 {
-    KEZVisPointPrimitive primitive(newArray({5.0, 5.0, 5.0, 6.0, 4.0, 5.5, 5.5, 7.0, 3.0}), 3);
+    KEZVisPointPrimitive primitive(NewArray({5.0, 5.0, 5.0, 6.0, 4.0, 5.5, 5.5, 7.0, 3.0}), 3);
     const KEZMathBoundingBox box = primitive.GetBoundingBox(KEZVisOptions());
     EXPECT_EQ(box, KEZMathBoundingBox(KEZMathPoint(5.0, 4.0, 3.0), KEZMathPoint(6.0, 7.0, 5.5)));
 }
@@ -63,7 +56,7 @@ TEST(PointPrimitive, NoPointsGiveEmptyListsAndTheDefaultBox)
 
 TEST(PointPrimitive, NegativeCountOrNullArrayGivesNoPoints)
 {
-    KEZVisPointPrimitive negative(newArray({1.0, 2.0, 3.0}), -1);
+    KEZVisPointPrimitive negative(NewArray({1.0, 2.0, 3.0}), -1);
     EXPECT_EQ(negative.GetNumPoints(), 0);
     EXPECT_TRUE(negative.GetCoordsAsDouble().empty());
     KEZVisPointPrimitive null(nullptr, 2);
@@ -73,7 +66,7 @@ TEST(PointPrimitive, NegativeCountOrNullArrayGivesNoPoints)
 
 TEST(PointPrimitive, BoundingBoxIsTheSameForAnyOptions)
 {
-    KEZVisPointPrimitive primitive(newArray({1.0, 2.0, 3.0, 4.0, 5.0, 6.0}), 2);
+    KEZVisPointPrimitive primitive(NewArray({1.0, 2.0, 3.0, 4.0, 5.0, 6.0}), 2);
     KEZVisOptions other;
     QFont font;
     font.setPointSize(40);
@@ -84,7 +77,7 @@ TEST(PointPrimitive, BoundingBoxIsTheSameForAnyOptions)
 
 TEST(PointPrimitive, HasNoParentAndIsAPrimitive)
 {
-    KEZVisPointPrimitive primitive(newArray({0.0, 0.0, 0.0}), 1);
+    KEZVisPointPrimitive primitive(NewArray({0.0, 0.0, 0.0}), 1);
     EXPECT_EQ(primitive.parent(), nullptr);
     EXPECT_TRUE(primitive.inherits("KEZVisPrimitive"));
     EXPECT_STREQ(KEZVisPrimitive::staticMetaObject.className(), "KEZVisPrimitive");

@@ -13,6 +13,8 @@
 #include <QDataStream>
 #include <QIODevice>
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -20,32 +22,14 @@
 #include <new>
 #include <optional>
 
+using namespace KEZTest;
+
 namespace {
 
 constexpr double Pi = 3.141592653589793;
 
-KEZMathPoint VertexAt(const QList<double> &coords, qsizetype index)
-{
-    return KEZMathPoint(coords.at(3 * index), coords.at(3 * index + 1), coords.at(3 * index + 2));
-}
-
-void ExpectPointNear(const KEZMathPoint &actual, double x, double y, double z)
-{
-    EXPECT_NEAR(actual.GetX(), x, 1e-12);
-    EXPECT_NEAR(actual.GetY(), y, 1e-12);
-    EXPECT_NEAR(actual.GetZ(), z, 1e-12);
-}
-
-template <typename Make>
-std::optional<KEZSysOutOfBoundsException> OutOfBoundsFrom(Make make)
-{
-    try {
-        std::unique_ptr<KEZVisPolygonPrimitive> polygon(make());
-    } catch (const KEZSysOutOfBoundsException &exception) {
-        return exception;
-    }
-    return std::nullopt;
-}
+// How far a computed coordinate may lie from the one worked out by hand.
+constexpr double Tolerance = 1e-12;
 
 } // namespace
 
@@ -97,9 +81,10 @@ TEST(PolygonPrimitive, VertexesLieOnTheCircleStartingOnPlusXAlongZ)
     for (int i = 0; i < sides; ++i) {
         SCOPED_TRACE(i);
         const double angle = 2.0 * i * Pi / sides;
-        ExpectPointNear(VertexAt(coords, i), cx + radius * std::cos(angle), cy + radius * std::sin(angle), cz);
+        ExpectPointNear(VertexAt(coords, i), cx + radius * std::cos(angle),
+                        cy + radius * std::sin(angle), cz, Tolerance);
     }
-    ExpectPointNear(VertexAt(coords, 2), cx, cy + radius, cz);
+    ExpectPointNear(VertexAt(coords, 2), cx, cy + radius, cz, Tolerance);
 }
 
 TEST(PolygonPrimitive, TiltedPolygonLiesInThePlanePerpendicularToItsDirection)
@@ -115,8 +100,8 @@ TEST(PolygonPrimitive, TiltedPolygonLiesInThePlanePerpendicularToItsDirection)
         SCOPED_TRACE(i);
         const KEZMathVector fromCenter = VertexAt(coords, i) - center;
         const KEZMathVector next = VertexAt(coords, (i + 1) % sides) - center;
-        EXPECT_NEAR(fromCenter.GetMagnitude(), 3.0, 1e-12);
-        EXPECT_NEAR(fromCenter * unit, 0.0, 1e-12);
+        EXPECT_NEAR(fromCenter.GetMagnitude(), 3.0, Tolerance);
+        EXPECT_NEAR(fromCenter * unit, 0.0, Tolerance);
         EXPECT_NEAR(fromCenter.GetAngleTo(next), 2 * Pi / sides, 1e-9);
         EXPECT_GT((fromCenter ^ next) * unit, 0.0);
     }
@@ -131,23 +116,16 @@ TEST(PolygonPrimitive, EveryVertexNormalIsTheDirectionAsGiven)
 
 TEST(PolygonPrimitive, ZeroSidesRaiseOutOfBoundsWithTheCountAndAnInclusiveLowerLimitOfOne)
 {
-    const auto exception =
-        OutOfBoundsFrom([] { return new KEZVisPolygonPrimitive(KEZMathPoint(), KEZMathVector(0, 0, 1), 1.0, 0); });
+    const auto exception = OutOfBoundsThrownBy(
+        [] { return std::make_unique<KEZVisPolygonPrimitive>(KEZMathPoint(), KEZMathVector(0, 0, 1), 1.0, 0); });
 
-    ASSERT_TRUE(exception.has_value());
-    EXPECT_EQ(exception->GetValue().typeId(), QMetaType::Int);
-    EXPECT_EQ(exception->GetValue().toInt(), 0);
-    EXPECT_EQ(exception->GetLowerLimit().typeId(), QMetaType::Int);
-    EXPECT_EQ(exception->GetLowerLimit().toInt(), 1);
-    EXPECT_FALSE(exception->GetUpperLimit().isValid());
-    EXPECT_TRUE(exception->IsLowerLimitIncluded());
-    EXPECT_TRUE(exception->IsUpperLimitIncluded());
+    ExpectSideCountRefused(exception, 0);
 }
 
 TEST(PolygonPrimitive, NegativeSideCountRaisesOutOfBoundsCarryingThatCount)
 {
-    const auto exception =
-        OutOfBoundsFrom([] { return new KEZVisPolygonPrimitive(KEZMathPoint(), KEZMathVector(0, 0, 1), 1.0, -3); });
+    const auto exception = OutOfBoundsThrownBy(
+        [] { return std::make_unique<KEZVisPolygonPrimitive>(KEZMathPoint(), KEZMathVector(0, 0, 1), 1.0, -3); });
 
     ASSERT_TRUE(exception.has_value());
     EXPECT_EQ(exception->GetValue(), QVariant(-3));

@@ -20,6 +20,8 @@
 #include <QMetaType>
 #include <QPointer>
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -27,6 +29,8 @@
 #include <memory>
 #include <random>
 #include <vector>
+
+using namespace KEZTest;
 
 namespace {
 
@@ -86,13 +90,6 @@ void expectBox(const KEZMathBoundingBox &box, const Xyz &lower, const Xyz &upper
     EXPECT_DOUBLE_EQ(box.GetUpperPoint().GetZ(), upper[2]);
 }
 
-double *newArray(const std::vector<double> &values)
-{
-    auto *array = new double[values.size()];
-    std::copy(values.begin(), values.end(), array);
-    return array;
-}
-
 const Xyz Zero = {0.0, 0.0, 0.0};
 
 } // namespace
@@ -141,7 +138,7 @@ TEST(PolylinePrimitive, PointsAreCopiedInOrderWithTheirStructure)
 
 TEST(PolylinePrimitive, OnePointFromExplicitCoordinatesIsAllowed)
 {
-    KEZVisPolylinePrimitive polyline(newArray({3.0, 4.0, 5.0}), 1, KEZVisPolylinePrimitive::StructureConnected);
+    KEZVisPolylinePrimitive polyline(NewArray({3.0, 4.0, 5.0}), 1, KEZVisPolylinePrimitive::StructureConnected);
     EXPECT_EQ(polyline.GetNumPoints(), 1);
     expectDoubles(polyline.GetCoordsAsDouble(), {{3.0, 4.0, 5.0}});
     expectBox(polyline.GetBoundingBox(KEZVisOptions()), {3.0, 4.0, 5.0}, {3.0, 4.0, 5.0});
@@ -150,7 +147,7 @@ TEST(PolylinePrimitive, OnePointFromExplicitCoordinatesIsAllowed)
 TEST(PolylinePrimitive, ArrayIsTakenOverAndNarrowedForTheFloatList)
 {
     const std::vector<Xyz> points = {{0.1, 0.2, 0.3}, {1e10, -2.5, 7.25}};
-    KEZVisPolylinePrimitive polyline(newArray(flatten(points)), 2, KEZVisPolylinePrimitive::StructureConnected);
+    KEZVisPolylinePrimitive polyline(NewArray(flatten(points)), 2, KEZVisPolylinePrimitive::StructureConnected);
     expectDoubles(polyline.GetCoordsAsDouble(), points);
     const std::vector<float> floats = polyline.GetCoordsAsFloat();
     ASSERT_EQ(floats.size(), 6u);
@@ -161,7 +158,7 @@ TEST(PolylinePrimitive, ArrayIsTakenOverAndNarrowedForTheFloatList)
 
 TEST(PolylinePrimitive, NegativeCountOrNullArrayGivesNoPoints)
 {
-    KEZVisPolylinePrimitive negative(newArray({1.0, 2.0, 3.0}), -4, KEZVisPolylinePrimitive::StructureConnected);
+    KEZVisPolylinePrimitive negative(NewArray({1.0, 2.0, 3.0}), -4, KEZVisPolylinePrimitive::StructureConnected);
     EXPECT_EQ(negative.GetNumPoints(), 0);
     EXPECT_TRUE(negative.GetCoordsAsDouble().empty());
     KEZVisPolylinePrimitive null(nullptr, 3, KEZVisPolylinePrimitive::StructureConnected);
@@ -433,7 +430,7 @@ TEST(PolylinePrimitive, CurveBasedPolylineIsWrittenAfterItsCurveHasGoneAsNoPoint
 
 TEST(PolylinePrimitive, StreamFormIsStructureCountAsQint64AndPoints)
 {
-    KEZVisPolylinePrimitive polyline(newArray({1.0, 2.0, 3.0, -4.5, 0.25, 1e-3}), 2,
+    KEZVisPolylinePrimitive polyline(NewArray({1.0, 2.0, 3.0, -4.5, 0.25, 1e-3}), 2,
                                      KEZVisPolylinePrimitive::StructureSeparateSegments);
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
@@ -446,7 +443,7 @@ TEST(PolylinePrimitive, StreamFormIsStructureCountAsQint64AndPoints)
 
 TEST(PolylinePrimitive, StreamFormFollowsLittleEndianStreams)
 {
-    KEZVisPolylinePrimitive polyline(newArray({1.0, 2.0, 3.0}), 1, KEZVisPolylinePrimitive::StructureConnected);
+    KEZVisPolylinePrimitive polyline(NewArray({1.0, 2.0, 3.0}), 1, KEZVisPolylinePrimitive::StructureConnected);
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
     out.setByteOrder(QDataStream::LittleEndian);
@@ -458,7 +455,7 @@ TEST(PolylinePrimitive, StreamFormFollowsLittleEndianStreams)
 
 TEST(PolylinePrimitive, StreamFormFollowsSinglePrecisionStreams)
 {
-    KEZVisPolylinePrimitive polyline(newArray({1.5, -2.0, 0.1}), 1, KEZVisPolylinePrimitive::StructureConnected);
+    KEZVisPolylinePrimitive polyline(NewArray({1.5, -2.0, 0.1}), 1, KEZVisPolylinePrimitive::StructureConnected);
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
     out.setFloatingPointPrecision(QDataStream::SinglePrecision);

@@ -13,6 +13,8 @@
 #include <QDataStream>
 #include <QIODevice>
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -21,37 +23,14 @@
 #include <new>
 #include <optional>
 
+using namespace KEZTest;
+
 namespace {
 
 constexpr double Pi = 3.141592653589793;
 
-KEZMathPoint VertexAt(const QList<double> &coords, qsizetype index)
-{
-    return KEZMathPoint(coords.at(3 * index), coords.at(3 * index + 1), coords.at(3 * index + 2));
-}
-
-KEZMathVector VectorAt(const QList<double> &coords, qsizetype index)
-{
-    return KEZMathVector(coords.at(3 * index), coords.at(3 * index + 1), coords.at(3 * index + 2));
-}
-
-void ExpectPointNear(const KEZMathPoint &actual, double x, double y, double z)
-{
-    EXPECT_NEAR(actual.GetX(), x, 1e-12);
-    EXPECT_NEAR(actual.GetY(), y, 1e-12);
-    EXPECT_NEAR(actual.GetZ(), z, 1e-12);
-}
-
-template <typename Make>
-std::optional<KEZSysOutOfBoundsException> OutOfBoundsFrom(Make make)
-{
-    try {
-        std::unique_ptr<KEZVisPrismPrimitive> prism(make());
-    } catch (const KEZSysOutOfBoundsException &exception) {
-        return exception;
-    }
-    return std::nullopt;
-}
+// How far a computed coordinate may lie from the one worked out by hand.
+constexpr double Tolerance = 1e-12;
 
 // The closed strip (t, (t + 1) mod n, (t + 2) mod n), written out from the rule.
 QList<long> StripRule(int numSides)
@@ -96,9 +75,10 @@ TEST(PrismPrimitive, VertexesAlternateBetweenBaseAndTopCircleAlongZ)
     for (int i = 0; i < sides; ++i) {
         const double angle = 2.0 * i * Pi / sides;
         SCOPED_TRACE(i);
-        ExpectPointNear(VertexAt(coords, 2 * i), cx + radius * std::cos(angle), cy + radius * std::sin(angle), cz);
+        ExpectPointNear(VertexAt(coords, 2 * i), cx + radius * std::cos(angle),
+                        cy + radius * std::sin(angle), cz, Tolerance);
         ExpectPointNear(VertexAt(coords, 2 * i + 1), cx + radius * std::cos(angle), cy + radius * std::sin(angle),
-                        cz + height);
+                        cz + height, Tolerance);
     }
 }
 
@@ -107,13 +87,13 @@ TEST(PrismPrimitive, FirstVertexOfAFourSidedPrismAlongZLiesOnPlusX)
     const KEZVisPrismPrimitive prism(KEZMathPoint(), KEZMathVector(0, 0, 1), 1.0, 2.0, 4);
 
     const QList<double> coords = prism.GetVertexCoordinatesAsDouble();
-    ExpectPointNear(VertexAt(coords, 0), 1, 0, 0);
-    ExpectPointNear(VertexAt(coords, 1), 1, 0, 2);
-    ExpectPointNear(VertexAt(coords, 2), 0, 1, 0);
-    ExpectPointNear(VertexAt(coords, 3), 0, 1, 2);
-    ExpectPointNear(VertexAt(coords, 4), -1, 0, 0);
-    ExpectPointNear(VertexAt(coords, 6), 0, -1, 0);
-    ExpectPointNear(VertexAt(coords, 7), 0, -1, 2);
+    ExpectPointNear(VertexAt(coords, 0), 1, 0, 0, Tolerance);
+    ExpectPointNear(VertexAt(coords, 1), 1, 0, 2, Tolerance);
+    ExpectPointNear(VertexAt(coords, 2), 0, 1, 0, Tolerance);
+    ExpectPointNear(VertexAt(coords, 3), 0, 1, 2, Tolerance);
+    ExpectPointNear(VertexAt(coords, 4), -1, 0, 0, Tolerance);
+    ExpectPointNear(VertexAt(coords, 6), 0, -1, 0, Tolerance);
+    ExpectPointNear(VertexAt(coords, 7), 0, -1, 2, Tolerance);
 }
 
 TEST(PrismPrimitive, HeightRunsAlongTheNormalisedDirection)
@@ -122,8 +102,8 @@ TEST(PrismPrimitive, HeightRunsAlongTheNormalisedDirection)
 
     const QList<double> coords = prism.GetVertexCoordinatesAsDouble();
     for (int i = 0; i < 3; ++i) {
-        EXPECT_NEAR(VertexAt(coords, 2 * i).GetZ(), 1.0, 1e-12);
-        EXPECT_NEAR(VertexAt(coords, 2 * i + 1).GetZ(), 6.0, 1e-12);
+        EXPECT_NEAR(VertexAt(coords, 2 * i).GetZ(), 1.0, Tolerance);
+        EXPECT_NEAR(VertexAt(coords, 2 * i + 1).GetZ(), 6.0, Tolerance);
     }
 }
 
@@ -141,14 +121,10 @@ TEST(PrismPrimitive, VertexNormalsPointFromTheirCircleCentreAndAreNotNormalised)
         SCOPED_TRACE(i);
         const KEZMathVector lower = VertexAt(coords, 2 * i) - center;
         const KEZMathVector upper = VertexAt(coords, 2 * i + 1) - topCenter;
-        EXPECT_NEAR(VectorAt(normals, 2 * i).GetX(), lower.GetX(), 1e-12);
-        EXPECT_NEAR(VectorAt(normals, 2 * i).GetY(), lower.GetY(), 1e-12);
-        EXPECT_NEAR(VectorAt(normals, 2 * i).GetZ(), lower.GetZ(), 1e-12);
-        EXPECT_NEAR(VectorAt(normals, 2 * i + 1).GetX(), upper.GetX(), 1e-12);
-        EXPECT_NEAR(VectorAt(normals, 2 * i + 1).GetY(), upper.GetY(), 1e-12);
-        EXPECT_NEAR(VectorAt(normals, 2 * i + 1).GetZ(), upper.GetZ(), 1e-12);
-        EXPECT_NEAR(VectorAt(normals, 2 * i).GetMagnitude(), radius, 1e-12);
-        EXPECT_NEAR(VectorAt(normals, 2 * i + 1).GetMagnitude(), radius, 1e-12);
+        ExpectVectorNear(VectorAt(normals, 2 * i), lower.GetX(), lower.GetY(), lower.GetZ(), Tolerance);
+        ExpectVectorNear(VectorAt(normals, 2 * i + 1), upper.GetX(), upper.GetY(), upper.GetZ(), Tolerance);
+        EXPECT_NEAR(VectorAt(normals, 2 * i).GetMagnitude(), radius, Tolerance);
+        EXPECT_NEAR(VectorAt(normals, 2 * i + 1).GetMagnitude(), radius, Tolerance);
     }
 }
 
@@ -165,12 +141,10 @@ TEST(PrismPrimitive, TiltedPrismStandsOnItsCirclesWithEvenCorners)
     for (int i = 0; i < sides; ++i) {
         SCOPED_TRACE(i);
         const KEZMathVector fromCenter = VertexAt(coords, 2 * i) - center;
-        EXPECT_NEAR(fromCenter.GetMagnitude(), radius, 1e-12);
-        EXPECT_NEAR(fromCenter * unit, 0.0, 1e-12);
+        EXPECT_NEAR(fromCenter.GetMagnitude(), radius, Tolerance);
+        EXPECT_NEAR(fromCenter * unit, 0.0, Tolerance);
         const KEZMathVector up = VertexAt(coords, 2 * i + 1) - VertexAt(coords, 2 * i);
-        EXPECT_NEAR(up.GetX(), unit.GetX() * height, 1e-12);
-        EXPECT_NEAR(up.GetY(), unit.GetY() * height, 1e-12);
-        EXPECT_NEAR(up.GetZ(), unit.GetZ() * height, 1e-12);
+        ExpectVectorNear(up, unit.GetX() * height, unit.GetY() * height, unit.GetZ() * height, Tolerance);
         const KEZMathVector next = VertexAt(coords, 2 * ((i + 1) % sides)) - center;
         EXPECT_NEAR(fromCenter.GetAngleTo(next), 2 * Pi / sides, 1e-9);
         // Counter-clockwise seen from the tip of the direction.
@@ -188,23 +162,16 @@ TEST(PrismPrimitive, WithOneSideHasTwoVertexesAndTwoDegenerateTriangles)
 
 TEST(PrismPrimitive, ZeroSidesRaiseOutOfBoundsWithTheCountAndAnInclusiveLowerLimitOfOne)
 {
-    const auto exception = OutOfBoundsFrom(
-        [] { return new KEZVisPrismPrimitive(KEZMathPoint(), KEZMathVector(0, 0, 1), 1.0, 1.0, 0); });
+    const auto exception = OutOfBoundsThrownBy(
+        [] { return std::make_unique<KEZVisPrismPrimitive>(KEZMathPoint(), KEZMathVector(0, 0, 1), 1.0, 1.0, 0); });
 
-    ASSERT_TRUE(exception.has_value());
-    EXPECT_EQ(exception->GetValue().typeId(), QMetaType::Int);
-    EXPECT_EQ(exception->GetValue().toInt(), 0);
-    EXPECT_EQ(exception->GetLowerLimit().typeId(), QMetaType::Int);
-    EXPECT_EQ(exception->GetLowerLimit().toInt(), 1);
-    EXPECT_FALSE(exception->GetUpperLimit().isValid());
-    EXPECT_TRUE(exception->IsLowerLimitIncluded());
-    EXPECT_TRUE(exception->IsUpperLimitIncluded());
+    ExpectSideCountRefused(exception, 0);
 }
 
 TEST(PrismPrimitive, NegativeSideCountRaisesOutOfBoundsCarryingThatCount)
 {
-    const auto exception = OutOfBoundsFrom(
-        [] { return new KEZVisPrismPrimitive(KEZMathPoint(), KEZMathVector(0, 0, 1), 1.0, 1.0, -5); });
+    const auto exception = OutOfBoundsThrownBy(
+        [] { return std::make_unique<KEZVisPrismPrimitive>(KEZMathPoint(), KEZMathVector(0, 0, 1), 1.0, 1.0, -5); });
 
     ASSERT_TRUE(exception.has_value());
     EXPECT_EQ(exception->GetValue(), QVariant(-5));

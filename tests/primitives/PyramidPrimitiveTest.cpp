@@ -13,6 +13,8 @@
 #include <QDataStream>
 #include <QIODevice>
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -21,32 +23,14 @@
 #include <new>
 #include <optional>
 
+using namespace KEZTest;
+
 namespace {
 
 constexpr double Pi = 3.141592653589793;
 
-KEZMathPoint VertexAt(const QList<double> &coords, qsizetype index)
-{
-    return KEZMathPoint(coords.at(3 * index), coords.at(3 * index + 1), coords.at(3 * index + 2));
-}
-
-void ExpectPointNear(const KEZMathPoint &actual, double x, double y, double z)
-{
-    EXPECT_NEAR(actual.GetX(), x, 1e-12);
-    EXPECT_NEAR(actual.GetY(), y, 1e-12);
-    EXPECT_NEAR(actual.GetZ(), z, 1e-12);
-}
-
-template <typename Make>
-std::optional<KEZSysOutOfBoundsException> OutOfBoundsFrom(Make make)
-{
-    try {
-        std::unique_ptr<KEZVisPyramidPrimitive> pyramid(make());
-    } catch (const KEZSysOutOfBoundsException &exception) {
-        return exception;
-    }
-    return std::nullopt;
-}
+// How far a computed coordinate may lie from the one worked out by hand.
+constexpr double Tolerance = 1e-12;
 
 } // namespace
 
@@ -87,11 +71,12 @@ TEST(PyramidPrimitive, ApexComesFirstThenTheCornersAlongZ)
 
     const QList<double> coords = pyramid.GetVertexCoordinatesAsDouble();
     ASSERT_EQ(coords.size(), 3 * (sides + 1));
-    ExpectPointNear(VertexAt(coords, 0), cx, cy, cz + height);
+    ExpectPointNear(VertexAt(coords, 0), cx, cy, cz + height, Tolerance);
     for (int i = 0; i < sides; ++i) {
         SCOPED_TRACE(i);
         const double angle = 2.0 * i * Pi / sides;
-        ExpectPointNear(VertexAt(coords, i + 1), cx + radius * std::cos(angle), cy + radius * std::sin(angle), cz);
+        ExpectPointNear(VertexAt(coords, i + 1), cx + radius * std::cos(angle),
+                        cy + radius * std::sin(angle), cz, Tolerance);
     }
 }
 
@@ -105,37 +90,29 @@ TEST(PyramidPrimitive, ApexNormalIsTheDirectionAsGivenAndCornerNormalsAreNotNorm
     const QList<double> normals = pyramid.GetVertexNormalCoordsAsDouble();
     ASSERT_EQ(normals.size(), 15);
     // The apex lies one height along the unit axis, not along the given vector.
-    ExpectPointNear(VertexAt(coords, 0), 1, 2, 9);
+    ExpectPointNear(VertexAt(coords, 0), 1, 2, 9, Tolerance);
     EXPECT_EQ(normals.mid(0, 3), (QList<double>{0, 0, 3}));
     for (int i = 1; i <= 4; ++i) {
         SCOPED_TRACE(i);
         const KEZMathVector expected = VertexAt(coords, i) - center;
-        EXPECT_NEAR(normals.at(3 * i), expected.GetX(), 1e-12);
-        EXPECT_NEAR(normals.at(3 * i + 1), expected.GetY(), 1e-12);
-        EXPECT_NEAR(normals.at(3 * i + 2), expected.GetZ(), 1e-12);
-        EXPECT_NEAR(expected.GetMagnitude(), radius, 1e-12);
+        ExpectVectorNear(VectorAt(normals, i), expected.GetX(), expected.GetY(), expected.GetZ(), Tolerance);
+        EXPECT_NEAR(expected.GetMagnitude(), radius, Tolerance);
     }
 }
 
 TEST(PyramidPrimitive, ZeroSidesRaiseOutOfBoundsWithTheCountAndAnInclusiveLowerLimitOfOne)
 {
-    const auto exception = OutOfBoundsFrom(
-        [] { return new KEZVisPyramidPrimitive(KEZMathPoint(), KEZMathVector(0, 0, 1), 1.0, 1.0, 0); });
+    const auto exception = OutOfBoundsThrownBy(
+        [] { return std::make_unique<KEZVisPyramidPrimitive>(KEZMathPoint(), KEZMathVector(0, 0, 1), 1.0, 1.0, 0); });
 
-    ASSERT_TRUE(exception.has_value());
-    EXPECT_EQ(exception->GetValue().typeId(), QMetaType::Int);
-    EXPECT_EQ(exception->GetValue().toInt(), 0);
-    EXPECT_EQ(exception->GetLowerLimit().typeId(), QMetaType::Int);
-    EXPECT_EQ(exception->GetLowerLimit().toInt(), 1);
-    EXPECT_FALSE(exception->GetUpperLimit().isValid());
-    EXPECT_TRUE(exception->IsLowerLimitIncluded());
-    EXPECT_TRUE(exception->IsUpperLimitIncluded());
+    ExpectSideCountRefused(exception, 0);
 }
 
 TEST(PyramidPrimitive, NegativeSideCountRaisesOutOfBoundsCarryingThatCount)
 {
-    const auto exception = OutOfBoundsFrom(
-        [] { return new KEZVisPyramidPrimitive(KEZMathPoint(), KEZMathVector(0, 0, 1), 1.0, 1.0, INT_MIN); });
+    const auto exception = OutOfBoundsThrownBy(
+        [] { return std::make_unique<KEZVisPyramidPrimitive>(
+            KEZMathPoint(), KEZMathVector(0, 0, 1), 1.0, 1.0, INT_MIN); });
 
     ASSERT_TRUE(exception.has_value());
     EXPECT_EQ(exception->GetValue(), QVariant(INT_MIN));

@@ -17,6 +17,8 @@
 #include <QPointer>
 #include <QVariant>
 
+#include "KEZTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -24,15 +26,9 @@
 #include <random>
 #include <vector>
 
-namespace {
+using namespace KEZTest;
 
-template <typename T>
-T *newArray(const std::vector<T> &values)
-{
-    auto *array = new T[values.size()];
-    std::copy(values.begin(), values.end(), array);
-    return array;
-}
+namespace {
 
 // A square in the plane z = 1 from two triangles, and a third, tilted triangle.
 const std::vector<double> MeshVertices = {0.0, 0.0, 1.0, 2.0, 0.0, 1.0, 2.0, 2.0, 1.0, 0.0, 2.0, 1.0, 1.0, 1.0, 3.0};
@@ -48,7 +44,7 @@ KEZMathSetOfPoints meshPoints()
 
 KEZVisSurfacePrimitive *newMeshPrimitive(double *normals = nullptr)
 {
-    return new KEZVisSurfacePrimitive(5, newArray(MeshVertices), 3, newArray(MeshTriangles), normals);
+    return new KEZVisSurfacePrimitive(5, NewArray(MeshVertices), 3, NewArray(MeshTriangles), normals);
 }
 
 // The normal of a triangle by the rule (pc - pa) x (pb - pa), normalised,
@@ -67,14 +63,6 @@ void expectNear(const QList<double> &actual, const std::vector<double> &expected
     ASSERT_EQ(size_t(actual.size()), expected.size());
     for (size_t i = 0; i < expected.size(); ++i)
         EXPECT_NEAR(actual[qsizetype(i)], expected[i], 1e-12) << "value " << i;
-}
-
-QByteArray written(const KEZVisSurfacePrimitive &primitive)
-{
-    QByteArray bytes;
-    QDataStream out(&bytes, QIODevice::WriteOnly);
-    out << primitive;
-    return bytes;
 }
 
 QByteArray meshStreamBytes()
@@ -106,8 +94,8 @@ TEST(SurfacePrimitive, EmptyPrimitiveHasNoVerticesNoTrianglesEmptyListsAndTheDef
 
 TEST(SurfacePrimitive, NullNormalArrayGivesTheNormalAgainstTheRightHandedSense)
 {
-    KEZVisSurfacePrimitive primitive(3, newArray<double>({0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0, 0.0}), 1,
-                                     newArray<int>({0, 1, 2}), nullptr);
+    KEZVisSurfacePrimitive primitive(3, NewArray<double>({0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0, 0.0}), 1,
+                                     NewArray<int>({0, 1, 2}), nullptr);
     const QList<double> normal = primitive.GetTriangleNormalCoordsAsDouble();
     ASSERT_EQ(normal.size(), 3);
     EXPECT_EQ(normal[0], 0.0);
@@ -132,7 +120,7 @@ TEST(SurfacePrimitive, ComputedNormalsAreUnitVectorsByTheRule)
 TEST(SurfacePrimitive, GivenNormalsAreReturnedAsTheyAreNotNormalised)
 {
     const std::vector<double> normals = {0.0, 0.0, 5.0, 3.0, 4.0, 0.0, -1.0, 2.0, 7.5};
-    std::unique_ptr<KEZVisSurfacePrimitive> primitive(newMeshPrimitive(newArray(normals)));
+    std::unique_ptr<KEZVisSurfacePrimitive> primitive(newMeshPrimitive(NewArray(normals)));
     EXPECT_EQ(primitive->GetTriangleNormalCoordsAsDouble(), QList<double>(normals.begin(), normals.end()));
     EXPECT_EQ(primitive->GetTriangleNormalCoordsAsFloat(),
               (QList<float>{0.0f, 0.0f, 5.0f, 3.0f, 4.0f, 0.0f, -1.0f, 2.0f, 7.5f}));
@@ -140,8 +128,8 @@ TEST(SurfacePrimitive, GivenNormalsAreReturnedAsTheyAreNotNormalised)
 
 TEST(SurfacePrimitive, DegenerateTriangleAndIndexOutsideTheVerticesGiveTheZeroNormal)
 {
-    KEZVisSurfacePrimitive primitive(3, newArray<double>({0.0, 0.0, 0.0, 1.0, 1.0, 1.0, 2.0, 2.0, 2.0}), 2,
-                                     newArray<int>({0, 1, 2, 0, 1, 7}), nullptr);
+    KEZVisSurfacePrimitive primitive(3, NewArray<double>({0.0, 0.0, 0.0, 1.0, 1.0, 1.0, 2.0, 2.0, 2.0}), 2,
+                                     NewArray<int>({0, 1, 2, 0, 1, 7}), nullptr);
     EXPECT_EQ(primitive.GetTriangleNormalCoordsAsDouble(), (QList<double>{0.0, 0.0, 0.0, 0.0, 0.0, 0.0}));
 }
 
@@ -173,7 +161,7 @@ TEST(SurfacePrimitive, BoxIsTheBoxOfTheVerticesWhateverTheOptions)
 
 TEST(SurfacePrimitive, NegativeCountsOrNullArraysCountAsNone)
 {
-    KEZVisSurfacePrimitive negative(-2, newArray(MeshVertices), -1, newArray(MeshTriangles), nullptr);
+    KEZVisSurfacePrimitive negative(-2, NewArray(MeshVertices), -1, NewArray(MeshTriangles), nullptr);
     EXPECT_EQ(negative.GetNumVertexes(), 0);
     EXPECT_EQ(negative.GetNumTriangles(), 0);
     EXPECT_TRUE(negative.GetVertexCoordinatesAsDouble().isEmpty());
@@ -262,7 +250,7 @@ TEST(SurfacePrimitive, NullSurfaceGivesAnEmptyPrimitive)
     KEZVisSurfacePrimitive primitive(static_cast<const KEZGeoSurface *>(nullptr));
     EXPECT_EQ(primitive.GetNumVertexes(), 0);
     EXPECT_TRUE(primitive.GetVertexCoordinatesAsDouble().isEmpty());
-    EXPECT_EQ(written(primitive), StreamBytes().Int32(0).Int32(0).Bytes());
+    EXPECT_EQ(StreamedAlone(primitive), StreamBytes().Int32(0).Int32(0).Bytes());
 }
 
 // --- stream form --------------------------------------------------------------
@@ -270,13 +258,13 @@ TEST(SurfacePrimitive, NullSurfaceGivesAnEmptyPrimitive)
 TEST(SurfacePrimitive, StreamFormIsCountsVerticesAndIndexesWithoutNormals)
 {
     std::unique_ptr<KEZVisSurfacePrimitive> primitive(newMeshPrimitive());
-    EXPECT_EQ(written(*primitive), meshStreamBytes());
+    EXPECT_EQ(StreamedAlone(*primitive), meshStreamBytes());
 }
 
 TEST(SurfacePrimitive, StreamFormFollowsLittleEndianStreams)
 {
-    KEZVisSurfacePrimitive primitive(3, newArray<double>({1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0, 9.5}), 1,
-                                     newArray<int>({2, 0, 1}), nullptr);
+    KEZVisSurfacePrimitive primitive(3, NewArray<double>({1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0, 9.5}), 1,
+                                     NewArray<int>({2, 0, 1}), nullptr);
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
     out.setByteOrder(QDataStream::LittleEndian);
@@ -293,7 +281,7 @@ TEST(SurfacePrimitive, PrimitiveFromLiveSurfaceIsWrittenWithTheSurfacesMesh)
 {
     KEZGeoSurface surface(meshPoints(), QList<int>(MeshTriangles.begin(), MeshTriangles.end()));
     KEZVisSurfacePrimitive primitive(&surface);
-    EXPECT_EQ(written(primitive), meshStreamBytes());
+    EXPECT_EQ(StreamedAlone(primitive), meshStreamBytes());
 }
 
 TEST(SurfacePrimitive, PrimitiveWhoseSurfaceHasGoneIsWrittenEmpty)
@@ -301,7 +289,7 @@ TEST(SurfacePrimitive, PrimitiveWhoseSurfaceHasGoneIsWrittenEmpty)
     auto *surface = new KEZGeoSurface(meshPoints(), QList<int>(MeshTriangles.begin(), MeshTriangles.end()));
     KEZVisSurfacePrimitive primitive(surface);
     delete surface;
-    EXPECT_EQ(written(primitive), StreamBytes().Int32(0).Int32(0).Bytes());
+    EXPECT_EQ(StreamedAlone(primitive), StreamBytes().Int32(0).Int32(0).Bytes());
 }
 
 TEST(SurfacePrimitive, SubclassWithArraysOfItsOwnIsWrittenWithZeroCounts)
@@ -313,7 +301,7 @@ TEST(SurfacePrimitive, SubclassWithArraysOfItsOwnIsWrittenWithZeroCounts)
         QList<double> GetVertexCoordinatesAsDouble() const override { return {1, 2, 3, 4, 5, 6, 7, 8, 9}; }
     };
     OwnMesh primitive;
-    EXPECT_EQ(written(primitive), StreamBytes().Int32(0).Int32(0).Bytes());
+    EXPECT_EQ(StreamedAlone(primitive), StreamBytes().Int32(0).Int32(0).Bytes());
 }
 
 TEST(SurfacePrimitive, ReadingRestoresVerticesAndIndexesAndComputesNormals)
@@ -336,8 +324,8 @@ TEST(SurfacePrimitive, ReadingRestoresVerticesAndIndexesAndComputesNormals)
 TEST(SurfacePrimitive, RoundTripReplacesExplicitNormalsWithComputedOnes)
 {
     const std::vector<double> normals = {0.0, 0.0, 5.0, 3.0, 4.0, 0.0, -1.0, 2.0, 7.5};
-    std::unique_ptr<KEZVisSurfacePrimitive> original(newMeshPrimitive(newArray(normals)));
-    const QByteArray bytes = written(*original);
+    std::unique_ptr<KEZVisSurfacePrimitive> original(newMeshPrimitive(NewArray(normals)));
+    const QByteArray bytes = StreamedAlone(*original);
     QDataStream in(bytes);
     KEZVisSurfacePrimitive read;
     in >> read;
@@ -353,7 +341,7 @@ TEST(SurfacePrimitive, RoundTripReplacesExplicitNormalsWithComputedOnes)
 
 TEST(SurfacePrimitive, ReadingReplacesAnEarlierMesh)
 {
-    KEZVisSurfacePrimitive primitive(3, newArray<double>({9, 9, 9, 8, 8, 8, 7, 7, 7}), 1, newArray<int>({0, 1, 2}),
+    KEZVisSurfacePrimitive primitive(3, NewArray<double>({9, 9, 9, 8, 8, 8, 7, 7, 7}), 1, NewArray<int>({0, 1, 2}),
                                      nullptr);
     const QByteArray bytes = StreamBytes().Int32(1).Int32(0).Double(-1.0).Double(-2.0).Double(-3.0).Bytes();
     QDataStream in(bytes);

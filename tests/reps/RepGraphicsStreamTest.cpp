@@ -7,6 +7,7 @@
 #include "KEZVisPolylinePrimitive.h"
 #include "KEZVisSurfacePrimitive.h"
 
+#include "KEZTestHelpers.h"
 #include "StreamBytes.h"
 #include "TestPrimitives.h"
 
@@ -19,27 +20,9 @@
 #include <random>
 #include <vector>
 
+using namespace KEZTest;
+
 namespace {
-
-template <typename T>
-T *newArray(const std::vector<T> &values)
-{
-    auto *array = new T[values.size()];
-    std::copy(values.begin(), values.end(), array);
-    return array;
-}
-
-// The bytes of one QColor or QFont streamed alone, in the stream form of
-// Qt's own operator, with the given byte order and Qt's default version.
-template <typename T>
-QByteArray streamedAlone(const T &value, QDataStream::ByteOrder order = QDataStream::BigEndian)
-{
-    QByteArray bytes;
-    QDataStream out(&bytes, QIODevice::WriteOnly);
-    out.setByteOrder(order);
-    out << value;
-    return bytes;
-}
 
 // The stream form of options written out field by field: colour, line style
 // as qint32, thickness, point symbol as qint32, font, depth as one byte,
@@ -48,11 +31,11 @@ void appendOptions(StreamBytes &bytes, const QColor &color, qint32 lineStyle, do
                    const QFont &font, bool depth, qint32 priority,
                    QDataStream::ByteOrder order = QDataStream::BigEndian)
 {
-    bytes.Raw(streamedAlone(color, order))
+    bytes.Raw(StreamedAlone(color, order))
         .Int32(lineStyle)
         .Double(thickness)
         .Int32(pointSymbol)
-        .Raw(streamedAlone(font, order))
+        .Raw(StreamedAlone(font, order))
         .UInt8(depth ? 1 : 0)
         .Int32(priority);
 }
@@ -101,8 +84,8 @@ const Mesh Fan = {{0, 0, 5, 1, 0, 5, 0, 1, 5, -1, 0, 5, 0, -1, 5.5}, {0, 1, 2, 0
 
 KEZVisSurfacePrimitive *newSurface(const Mesh &mesh)
 {
-    return new KEZVisSurfacePrimitive(int(mesh.vertices.size() / 3), newArray(mesh.vertices),
-                                      int(mesh.triangles.size() / 3), newArray(mesh.triangles), nullptr);
+    return new KEZVisSurfacePrimitive(int(mesh.vertices.size() / 3), NewArray(mesh.vertices),
+                                      int(mesh.triangles.size() / 3), NewArray(mesh.triangles), nullptr);
 }
 
 void appendSurface(StreamBytes &bytes, const Mesh &mesh)
@@ -132,19 +115,6 @@ std::unique_ptr<KEZVisRepGraphics> newSurfacesRep()
                                                QList<KEZVisOptions>{sampleOptions(), KEZVisOptions()});
 }
 
-struct Lists
-{
-    QList<const KEZVisPrimitive *> primitives;
-    QList<KEZVisOptions> options;
-};
-
-Lists ask(const KEZVisRep &rep)
-{
-    Lists lists;
-    rep.GetPrimitives(lists.primitives, lists.options);
-    return lists;
-}
-
 void expectMesh(const KEZVisPrimitive *primitive, const Mesh &mesh)
 {
     const auto *surface = qobject_cast<const KEZVisSurfacePrimitive *>(primitive);
@@ -159,7 +129,7 @@ void expectMesh(const KEZVisPrimitive *primitive, const Mesh &mesh)
 // consistent in themselves.
 void expectConsistent(const KEZVisRepGraphics &rep)
 {
-    const Lists lists = ask(rep);
+    const PrimitiveLists lists = AskPrimitives(rep);
     EXPECT_EQ(lists.primitives.size(), lists.options.size());
     for (const KEZVisPrimitive *primitive : lists.primitives) {
         if (const auto *surface = qobject_cast<const KEZVisSurfacePrimitive *>(primitive)) {
@@ -182,10 +152,10 @@ void expectConsistent(const KEZVisRepGraphics &rep)
 
 TEST(RepGraphicsStream, SaveWritesExactBytesForAPolylineASurfaceAndAPoint)
 {
-    auto *polyline = new KEZVisPolylinePrimitive(newArray<double>({1.0, 2.0, 3.0, 4.0, 5.0, 6.5}), 2,
+    auto *polyline = new KEZVisPolylinePrimitive(NewArray<double>({1.0, 2.0, 3.0, 4.0, 5.0, 6.5}), 2,
                                                  KEZVisPolylinePrimitive::StructureSeparateSegments);
-    auto *surface = new KEZVisSurfacePrimitive(3, newArray<double>({0, 0, 0, 1, 0, 0, 0, 1, 0}), 1,
-                                               newArray<int>({0, 1, 2}), nullptr);
+    auto *surface = new KEZVisSurfacePrimitive(3, NewArray<double>({0, 0, 0, 1, 0, 0, 0, 1, 0}), 1,
+                                               NewArray<int>({0, 1, 2}), nullptr);
     KEZVisRepGraphics rep({polyline, surface, newPoint(7, 8, 9)}, sampleOptions());
 
     StreamBytes expected;
@@ -206,7 +176,7 @@ TEST(RepGraphicsStream, SaveWritesExactBytesForAPolylineASurfaceAndAPoint)
 
 TEST(RepGraphicsStream, SaveFollowsALittleEndianStream)
 {
-    KEZVisRepGraphics rep({new KEZVisSurfacePrimitive(1, newArray<double>({1.5, -2.0, 3.0}), 0, nullptr, nullptr)},
+    KEZVisRepGraphics rep({new KEZVisSurfacePrimitive(1, NewArray<double>({1.5, -2.0, 3.0}), 0, nullptr, nullptr)},
                           sampleOptions());
     StreamBytes expected(StreamBytes::LittleEndian);
     expected.Int32(1).Int32(1);
@@ -260,7 +230,7 @@ TEST(RepGraphicsStream, LoadOfARepOfSurfacesRestoresEveryVertexAndIndex)
     loaded.Load(in);
     EXPECT_EQ(in.status(), QDataStream::Ok);
     EXPECT_TRUE(in.atEnd());
-    const Lists lists = ask(loaded);
+    const PrimitiveLists lists = AskPrimitives(loaded);
     ASSERT_EQ(lists.primitives.size(), 2);
     expectMesh(lists.primitives[0], Tetrahedron);
     expectMesh(lists.primitives[1], Fan);
@@ -283,7 +253,7 @@ TEST(RepGraphicsStream, LoadAddsToThePrimitivesAndReplacesTheOptions)
     QDataStream in(bytes);
     rep.Load(in);
     EXPECT_EQ(in.status(), QDataStream::Ok);
-    const Lists lists = ask(rep);
+    const PrimitiveLists lists = AskPrimitives(rep);
     ASSERT_EQ(lists.primitives.size(), 3);
     EXPECT_EQ(lists.primitives[0], existing);
     expectMesh(lists.primitives[1], Tetrahedron);
@@ -305,7 +275,7 @@ TEST(RepGraphicsStream, LoadedPrimitiveIsThePlainClassOfItsTag)
     QDataStream in(bytes);
     KEZVisRepGraphics loaded;
     loaded.Load(in);
-    const Lists lists = ask(loaded);
+    const PrimitiveLists lists = AskPrimitives(loaded);
     ASSERT_EQ(lists.primitives.size(), 1);
     EXPECT_STREQ(lists.primitives[0]->metaObject()->className(), "KEZVisSurfacePrimitive");
     EXPECT_EQ(qobject_cast<const KEZVisSurfacePrimitive *>(lists.primitives[0])->GetNumVertexes(), 0);
@@ -313,14 +283,14 @@ TEST(RepGraphicsStream, LoadedPrimitiveIsThePlainClassOfItsTag)
 
 TEST(RepGraphicsStream, PolylineComesBackWithNoPointsAndTheStreamOutOfStep)
 {
-    auto *polyline = new KEZVisPolylinePrimitive(newArray<double>({1.0, 2.0, 3.0, 4.0, 5.0, 6.0}), 2,
+    auto *polyline = new KEZVisPolylinePrimitive(NewArray<double>({1.0, 2.0, 3.0, 4.0, 5.0, 6.0}), 2,
                                                  KEZVisPolylinePrimitive::StructureConnected);
     KEZVisRepGraphics rep({polyline, newSurface(Tetrahedron)}, KEZVisOptions());
     const QByteArray bytes = saved(rep);
     QDataStream in(bytes);
     KEZVisRepGraphics loaded;
     loaded.Load(in);
-    const Lists lists = ask(loaded);
+    const PrimitiveLists lists = AskPrimitives(loaded);
     // The polyline read the upper half of its count: no points. The lower
     // half (2) was then taken as the byte length of the next tag, which thus
     // did not match, and the surface was lost.
@@ -344,7 +314,7 @@ TEST(RepGraphicsStream, UnknownTagIsSkippedWithNothingMoreRead)
     loaded.Load(in);
     EXPECT_EQ(in.status(), QDataStream::Ok);
     EXPECT_TRUE(in.atEnd());
-    const Lists lists = ask(loaded);
+    const PrimitiveLists lists = AskPrimitives(loaded);
     // The mystery tag is skipped and the next tag read right after it; the
     // tags are compared case-sensitively.
     ASSERT_EQ(lists.primitives.size(), 1);
@@ -362,7 +332,7 @@ TEST(RepGraphicsStream, NarrowTagOfAPointIsSkippedOnLoadAndTheNextPrimitiveRead)
     EXPECT_TRUE(in.atEnd());
     // The narrow tag reads as a QString of 8 characters that match nothing;
     // the point does not come back.
-    const Lists lists = ask(loaded);
+    const PrimitiveLists lists = AskPrimitives(loaded);
     ASSERT_EQ(lists.primitives.size(), 1);
     expectMesh(lists.primitives[0], Tetrahedron);
 }
@@ -378,7 +348,7 @@ TEST(RepGraphicsStream, FailingOptionsEntryLeavesTheOptionsEmpty)
     KEZVisRepGraphics loaded({newPoint(0, 0, 0)}, optionsWithPriority(5));
     loaded.Load(in);
     EXPECT_EQ(in.status(), QDataStream::ReadPastEnd);
-    const Lists lists = ask(loaded);
+    const PrimitiveLists lists = AskPrimitives(loaded);
     ASSERT_EQ(lists.primitives.size(), 1);
     // No options left: the one primitive is answered with default options.
     EXPECT_TRUE(lists.options[0] == KEZVisOptions());
@@ -395,7 +365,7 @@ TEST(RepGraphicsStream, NegativePrimitiveCountIsCorruptAndTheOptionsAreStillRead
     loaded.Load(in);
     EXPECT_EQ(in.status(), QDataStream::ReadCorruptData);
     EXPECT_TRUE(in.atEnd());
-    EXPECT_TRUE(ask(loaded).primitives.isEmpty());
+    EXPECT_TRUE(AskPrimitives(loaded).primitives.isEmpty());
     // The options came in: saving the rep writes them again.
     StreamBytes expected;
     expected.Int32(0).Int32(1);
@@ -410,7 +380,7 @@ TEST(RepGraphicsStream, NegativeOptionsCountIsCorruptAndLeavesNoOptions)
     KEZVisRepGraphics loaded({newPoint(0, 0, 0)}, optionsWithPriority(5));
     loaded.Load(in);
     EXPECT_EQ(in.status(), QDataStream::ReadCorruptData);
-    const Lists lists = ask(loaded);
+    const PrimitiveLists lists = AskPrimitives(loaded);
     ASSERT_EQ(lists.primitives.size(), 1);
     EXPECT_TRUE(lists.options[0] == KEZVisOptions());
 }
@@ -425,7 +395,7 @@ TEST(RepGraphicsStream, HugePrimitiveCountOnAShortStreamEndsAtOnce)
     KEZVisRepGraphics loaded;
     loaded.Load(in);
     EXPECT_EQ(in.status(), QDataStream::ReadPastEnd);
-    const Lists lists = ask(loaded);
+    const PrimitiveLists lists = AskPrimitives(loaded);
     ASSERT_EQ(lists.primitives.size(), 1);
     expectMesh(lists.primitives[0], Fan);
 }
@@ -440,7 +410,7 @@ TEST(RepGraphicsStream, HugeOptionsCountOnAShortStreamFailsWithoutReservingForIt
     KEZVisRepGraphics loaded;
     loaded.Load(in);
     EXPECT_EQ(in.status(), QDataStream::ReadPastEnd);
-    EXPECT_TRUE(ask(loaded).options.isEmpty());
+    EXPECT_TRUE(AskPrimitives(loaded).options.isEmpty());
 }
 
 TEST(RepGraphicsStream, FontWithMoreFamiliesThanTheDataCouldHoldEndsTheOptions)
@@ -448,7 +418,7 @@ TEST(RepGraphicsStream, FontWithMoreFamiliesThanTheDataCouldHoldEndsTheOptions)
     // From version Qt_5_13 on a font ends with its list of families; for a
     // font of the one family "A" that is the count 1 and the string "A".
     const QFont font(QStringLiteral("A"));
-    const QByteArray fontBytes = streamedAlone(font);
+    const QByteArray fontBytes = StreamedAlone(font);
     ASSERT_EQ(fontBytes.right(10), StreamBytes().UInt32(1).String(QStringLiteral("A")).Bytes());
 
     for (quint32 families : {0x7fffffffu, 0xfffffffeu, 0xffffffffu, 1000u}) {
@@ -457,7 +427,7 @@ TEST(RepGraphicsStream, FontWithMoreFamiliesThanTheDataCouldHoldEndsTheOptions)
         corruptFont.replace(corruptFont.size() - 10, 4, count);
         StreamBytes bytes;
         bytes.Int32(1).Int32(1);
-        bytes.Raw(streamedAlone(QColor(Qt::red))).Int32(0).Double(1.0).Int32(0).Raw(corruptFont).UInt8(1).Int32(1);
+        bytes.Raw(StreamedAlone(QColor(Qt::red))).Int32(0).Double(1.0).Int32(0).Raw(corruptFont).UInt8(1).Int32(1);
         appendSurface(bytes, Fan);
         const QByteArray data = bytes.Bytes();
         QDataStream in(data);
@@ -466,7 +436,7 @@ TEST(RepGraphicsStream, FontWithMoreFamiliesThanTheDataCouldHoldEndsTheOptions)
         // sanitizer build fails on any such request.
         loaded.Load(in);
         EXPECT_EQ(in.status(), QDataStream::ReadPastEnd) << families;
-        EXPECT_TRUE(ask(loaded).primitives.isEmpty()) << families;
+        EXPECT_TRUE(AskPrimitives(loaded).primitives.isEmpty()) << families;
     }
 }
 
@@ -496,7 +466,7 @@ TEST(RepGraphicsStream, RepComesBackOnStreamsOfEveryVersionAndPrecision)
             loaded.Load(in);
             EXPECT_EQ(in.status(), QDataStream::Ok) << version << " " << precision;
             EXPECT_TRUE(in.atEnd()) << version << " " << precision;
-            const Lists lists = ask(loaded);
+            const PrimitiveLists lists = AskPrimitives(loaded);
             ASSERT_EQ(lists.primitives.size(), 1);
             expectMesh(lists.primitives[0], Tetrahedron);
             EXPECT_EQ(lists.options[0].GetFont().family(), QStringLiteral("Some Family Name"));
@@ -515,7 +485,7 @@ TEST(RepGraphicsStream, EarlierFailureStaysAndNoPrimitiveIsRead)
     // The options are judged on their own, as Qt's list readers do, and come
     // in; the earlier failure is set again, so no primitive is read.
     EXPECT_EQ(in.status(), QDataStream::ReadCorruptData);
-    const Lists lists = ask(loaded);
+    const PrimitiveLists lists = AskPrimitives(loaded);
     ASSERT_EQ(lists.primitives.size(), 1);
     EXPECT_EQ(lists.options[0].GetPriority(), 7);
 }
@@ -541,7 +511,7 @@ TEST(RepGraphicsStream, LoadInADeviceTransactionCanBeRetriedOnceTheRestHasArrive
     KEZVisRepGraphics loaded;
     loaded.Load(in);
     EXPECT_TRUE(in.commitTransaction());
-    const Lists lists = ask(loaded);
+    const PrimitiveLists lists = AskPrimitives(loaded);
     ASSERT_EQ(lists.primitives.size(), 2);
     expectMesh(lists.primitives[0], Tetrahedron);
     expectMesh(lists.primitives[1], Fan);
@@ -571,7 +541,7 @@ TEST(RepGraphicsStream, LoadSurvivesEveryTruncation)
     KEZVisRepGraphics loaded;
     loaded.Load(in);
     EXPECT_EQ(in.status(), QDataStream::Ok);
-    const Lists lists = ask(loaded);
+    const PrimitiveLists lists = AskPrimitives(loaded);
     ASSERT_EQ(lists.primitives.size(), 3);
     expectMesh(lists.primitives[0], Tetrahedron);
     EXPECT_EQ(qobject_cast<const KEZVisPolylinePrimitive *>(lists.primitives[1])->GetNumPoints(), 2);

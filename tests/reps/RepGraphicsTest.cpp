@@ -15,19 +15,6 @@
 
 namespace {
 
-struct Lists
-{
-    QList<const KEZVisPrimitive *> primitives;
-    QList<KEZVisOptions> options;
-};
-
-Lists ask(const KEZVisRep &rep)
-{
-    Lists lists;
-    rep.GetPrimitives(lists.primitives, lists.options);
-    return lists;
-}
-
 QList<int> priorities(const QList<KEZVisOptions> &options)
 {
     QList<int> result;
@@ -41,7 +28,7 @@ QList<int> priorities(const QList<KEZVisOptions> &options)
 TEST(RepGraphics, EmptyRepAnswersNothingAndTheDefaultBox)
 {
     KEZVisRepGraphics rep;
-    const Lists lists = ask(rep);
+    const PrimitiveLists lists = AskPrimitives(rep);
     EXPECT_TRUE(lists.primitives.isEmpty());
     EXPECT_TRUE(lists.options.isEmpty());
     EXPECT_EQ(rep.GetBoundingBox(), KEZMathBoundingBox());
@@ -56,7 +43,7 @@ TEST(RepGraphics, ThreePrimitivesWithOneOptionsEntryAnswerThreeEqualOptions)
     options.SetColor(Qt::blue);
     options.SetPriority(4);
     KEZVisRepGraphics rep({a, b, c}, options);
-    const Lists lists = ask(rep);
+    const PrimitiveLists lists = AskPrimitives(rep);
     EXPECT_EQ(lists.primitives, (QList<const KEZVisPrimitive *>{a, b, c}));
     ASSERT_EQ(lists.options.size(), 3);
     for (const KEZVisOptions &entry : lists.options)
@@ -67,13 +54,13 @@ TEST(RepGraphics, ThirdOfThreePrimitivesWithTwoOptionsGetsTheFirstEntry)
 {
     KEZVisRepGraphics rep({newPoint(0, 0, 0), newPoint(1, 1, 1), newPoint(2, 2, 2)},
                           QList<KEZVisOptions>{optionsWithPriority(7), optionsWithPriority(8)});
-    EXPECT_EQ(priorities(ask(rep).options), (QList<int>{7, 8, 7}));
+    EXPECT_EQ(priorities(AskPrimitives(rep).options), (QList<int>{7, 8, 7}));
 }
 
 TEST(RepGraphics, RepWithoutOptionsAnswersDefaultOptions)
 {
     KEZVisRepGraphics rep({newPoint(0, 0, 0), newPoint(1, 1, 1)}, QList<KEZVisOptions>{});
-    const Lists lists = ask(rep);
+    const PrimitiveLists lists = AskPrimitives(rep);
     ASSERT_EQ(lists.options.size(), 2);
     EXPECT_TRUE(lists.options[0] == KEZVisOptions());
     EXPECT_TRUE(lists.options[1] == KEZVisOptions());
@@ -84,7 +71,7 @@ TEST(RepGraphics, AskingTwiceWithTheSameListsDoublesThem)
     KEZVisPointPrimitive *a = newPoint(0, 0, 0);
     KEZVisPointPrimitive *b = newPoint(1, 0, 0);
     KEZVisRepGraphics rep({a, b}, QList<KEZVisOptions>{optionsWithPriority(1), optionsWithPriority(2)});
-    Lists lists;
+    PrimitiveLists lists;
     rep.GetPrimitives(lists.primitives, lists.options);
     rep.GetPrimitives(lists.primitives, lists.options);
     EXPECT_EQ(lists.primitives, (QList<const KEZVisPrimitive *>{a, b, a, b}));
@@ -96,10 +83,10 @@ TEST(RepGraphics, OptionsShareTheirDataWithTheRep)
     KEZVisOptions options;
     options.SetLineThickness(3.0);
     KEZVisRepGraphics rep({newPoint(0, 0, 0)}, options);
-    Lists lists = ask(rep);
+    PrimitiveLists lists = AskPrimitives(rep);
     // Changing the copy handed out leaves the rep's entry as it was.
     lists.options[0].SetLineThickness(9.0);
-    EXPECT_EQ(ask(rep).options[0].GetLineThickness(), 3.0);
+    EXPECT_EQ(AskPrimitives(rep).options[0].GetLineThickness(), 3.0);
 }
 
 TEST(RepGraphics, DeletingTheRepDeletesItsPrimitives)
@@ -127,7 +114,7 @@ TEST(RepGraphics, RemovingTheOnlyPrimitiveLeavesBothListsEmpty)
     std::unique_ptr<KEZVisPointPrimitive> a(newPoint(0, 0, 0));
     KEZVisRepGraphics rep({a.get()}, KEZVisOptions());
     rep.RemovePrimitive(a.get());
-    const Lists lists = ask(rep);
+    const PrimitiveLists lists = AskPrimitives(rep);
     EXPECT_TRUE(lists.primitives.isEmpty());
     EXPECT_TRUE(lists.options.isEmpty());
     // A later primitive gets default options: the entry went too.
@@ -140,7 +127,7 @@ TEST(RepGraphics, RemovingOneOfTwoPrimitivesThatShareOneEntryKeepsTheEntry)
     std::unique_ptr<KEZVisPointPrimitive> b(newPoint(1, 0, 0));
     KEZVisRepGraphics rep({a, b.get()}, optionsWithPriority(6));
     rep.RemovePrimitive(b.get());
-    const Lists lists = ask(rep);
+    const PrimitiveLists lists = AskPrimitives(rep);
     EXPECT_EQ(lists.primitives, (QList<const KEZVisPrimitive *>{a}));
     EXPECT_EQ(priorities(lists.options), (QList<int>{6}));
 }
@@ -153,7 +140,7 @@ TEST(RepGraphics, RemovingAPrimitiveTakesItsOwnEntryWhenEachHasOne)
     KEZVisRepGraphics rep({a, b.get(), c},
                           QList<KEZVisOptions>{optionsWithPriority(1), optionsWithPriority(2), optionsWithPriority(3)});
     rep.RemovePrimitive(b.get());
-    const Lists lists = ask(rep);
+    const PrimitiveLists lists = AskPrimitives(rep);
     EXPECT_EQ(lists.primitives, (QList<const KEZVisPrimitive *>{a, c}));
     EXPECT_EQ(priorities(lists.options), (QList<int>{1, 3}));
 }
@@ -167,7 +154,7 @@ TEST(RepGraphics, RemovingAPointerThatIsNotThereRemovesTheLastEntryAndNoPrimitiv
     KEZVisRepGraphics rep({a, b, c},
                           QList<KEZVisOptions>{optionsWithPriority(1), optionsWithPriority(2), optionsWithPriority(3)});
     rep.RemovePrimitive(stranger.get());
-    const Lists lists = ask(rep);
+    const PrimitiveLists lists = AskPrimitives(rep);
     EXPECT_EQ(lists.primitives, (QList<const KEZVisPrimitive *>{a, b, c}));
     // The walk ended on the last element: its entry is gone, and the third
     // primitive now falls back to entry 0.
@@ -181,7 +168,7 @@ TEST(RepGraphics, RemovingAPointerThatIsNotThereWithOneSharedEntryChangesNothing
     std::unique_ptr<KEZVisPointPrimitive> stranger(newPoint(9, 9, 9));
     KEZVisRepGraphics rep({a, b}, optionsWithPriority(5));
     rep.RemovePrimitive(stranger.get());
-    const Lists lists = ask(rep);
+    const PrimitiveLists lists = AskPrimitives(rep);
     EXPECT_EQ(lists.primitives, (QList<const KEZVisPrimitive *>{a, b}));
     EXPECT_EQ(priorities(lists.options), (QList<int>{5, 5}));
 }
@@ -192,7 +179,7 @@ TEST(RepGraphics, RemovingFromAnEmptyRepDoesNothing)
     KEZVisRepGraphics rep;
     rep.RemovePrimitive(stranger.get());
     rep.RemovePrimitive(nullptr);
-    const Lists lists = ask(rep);
+    const PrimitiveLists lists = AskPrimitives(rep);
     EXPECT_TRUE(lists.primitives.isEmpty());
     EXPECT_TRUE(lists.options.isEmpty());
 }
@@ -218,7 +205,7 @@ TEST(RepGraphics, SetColorOnARepWithoutOptionsDoesNothing)
 {
     KEZVisRepGraphics rep({newPoint(0, 0, 0)}, QList<KEZVisOptions>{});
     rep.SetColor(Qt::red);
-    const Lists lists = ask(rep);
+    const PrimitiveLists lists = AskPrimitives(rep);
     ASSERT_EQ(lists.options.size(), 1);
     EXPECT_FALSE(lists.options[0].GetColor().isValid());
 }
@@ -230,7 +217,7 @@ TEST(RepGraphics, SetColorSetsEveryEntryAndNothingElse)
     const KEZVisOptions second = optionsWithPriority(2);
     KEZVisRepGraphics rep({newPoint(0, 0, 0), newPoint(1, 1, 1)}, QList<KEZVisOptions>{first, second});
     rep.SetColor(QColor(10, 20, 30));
-    const Lists lists = ask(rep);
+    const PrimitiveLists lists = AskPrimitives(rep);
     ASSERT_EQ(lists.options.size(), 2);
     EXPECT_EQ(lists.options[0].GetColor(), QColor(10, 20, 30));
     EXPECT_EQ(lists.options[1].GetColor(), QColor(10, 20, 30));

@@ -1,11 +1,12 @@
 #ifndef TESTPRIMITIVES_H
 #define TESTPRIMITIVES_H
 
-// Small primitives for the rep tests.
+// Small primitives for the rep tests, and the lists that a rep answers.
 
 #include "KEZVisOptions.h"
 #include "KEZVisPointPrimitive.h"
 #include "KEZVisPrimitive.h"
+#include "KEZVisRep.h"
 
 #include "KEZMathBoundingBox.h"
 
@@ -48,6 +49,20 @@ inline KEZVisOptions optionsWithPriority(int priority)
     KEZVisOptions options;
     options.SetPriority(priority);
     return options;
+}
+
+// The primitives and options that a rep answers, asked once.
+struct PrimitiveLists
+{
+    QList<const KEZVisPrimitive *> primitives;
+    QList<KEZVisOptions> options;
+};
+
+inline PrimitiveLists AskPrimitives(const KEZVisRep &rep)
+{
+    PrimitiveLists lists;
+    rep.GetPrimitives(lists.primitives, lists.options);
+    return lists;
 }
 
 #endif // TESTPRIMITIVES_H
