@@ -1,34 +1,15 @@
 #ifndef KEZVISPYRAMIDPRIMITIVE_P_H
 #define KEZVISPYRAMIDPRIMITIVE_P_H
 
-#include "KEZVisSurfacePrimitive_p.h"
+#include "KEZVisSolidOnCirclePrivate_p.h"
 
-#include <KEZMathPoint.h>
-#include <KEZMathVector.h>
-
-#include <QtNumeric>
-
-#include <memory>
-
-// The record of a KEZVisPyramidPrimitive. It extends the surface record, whose
-// counts and arrays stay empty: the shape's own arrays below share their names
-// with the surface's on purpose and hide them, so that the surface part answers
-// as an empty surface (default box, no triangle normals, zero counts in the
-// stream) while the overridden getters answer from these arrays.
-class KEZVisPyramidPrimitivePrivate : public KEZVisSurfacePrimitivePrivate
+// The record of a KEZVisPyramidPrimitive: the fields of a solid on a circle,
+// nothing of its own.
+class KEZVisPyramidPrimitivePrivate : public KEZVisSolidOnCirclePrivate
 {
 public:
     KEZVisPyramidPrimitivePrivate() = default;
     ~KEZVisPyramidPrimitivePrivate() override = default;
-
-    KEZMathPoint center;                   // centre of the base circle
-    KEZMathVector direction;               // axis, also the normal given to the circle
-    double radius = qQNaN();               // radius of the circle
-    double height = qQNaN();               // distance along the axis
-    int numSides = -1;                     // number of sides
-    std::unique_ptr<double[]> vertexCoords;  // 3 values per vertex
-    std::unique_ptr<double[]> vertexNormals; // 3 values per vertex
-    std::unique_ptr<int[]> triangleVertexes; // 3 zero-based indexes per triangle
 
 private:
     Q_DISABLE_COPY(KEZVisPyramidPrimitivePrivate)
