@@ -39,6 +39,17 @@ bool readsCurve(const KEZVisPolylinePrimitivePrivate *d)
     return d->curve.Get() && d->range.IsValid();
 }
 
+// The explicit coordinates as a flat list of T, narrowed value by value in
+// one pass; empty when there are none.
+template <typename T>
+std::vector<T> storedCoords(const KEZVisPolylinePrimitivePrivate *d)
+{
+    if (!d->coords)
+        return {};
+    const double *begin = d->coords.get();
+    return std::vector<T>(begin, begin + 3 * size_t(d->numPoints));
+}
+
 // The box of the points that the polyline yields: from the explicit array, or
 // along the curve from the points that GetCoordsAsDouble() gives.
 void updateBoundingBox(const KEZVisPolylinePrimitive &polyline, KEZVisPolylinePrimitivePrivate *d)
@@ -162,12 +173,8 @@ std::vector<double> KEZVisPolylinePrimitive::GetCoordsAsDouble() const
     const int places = d->numPoints;
     if (places <= 0)
         return {};
-    if (!readsCurve(d)) {
-        if (!d->coords)
-            return {};
-        const double *begin = d->coords.get();
-        return std::vector<double>(begin, begin + 3 * size_t(places));
-    }
+    if (!readsCurve(d))
+        return storedCoords<double>(d);
 
     std::vector<double> result(3 * size_t(places), 0.0);
     KEZGeoLocationOnCurve start;
@@ -201,13 +208,8 @@ std::vector<float> KEZVisPolylinePrimitive::GetCoordsAsFloat() const
     const int places = d->numPoints;
     if (places <= 0)
         return {};
-    if (!readsCurve(d)) {
-        if (!d->coords)
-            return {};
-        // The range constructor narrows value by value in one pass.
-        const double *begin = d->coords.get();
-        return std::vector<float>(begin, begin + 3 * size_t(places));
-    }
+    if (!readsCurve(d))
+        return storedCoords<float>(d);
 
     // A routine of its own on purpose, not the narrowed double list: there is
     // no whole-curve case, and the loop bound does not move with the start.
