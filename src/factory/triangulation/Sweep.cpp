@@ -29,9 +29,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <numeric>
 #include <stdexcept>
+
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
 
 namespace p2t {
 namespace detail {
@@ -133,6 +138,33 @@ void SortByKey(std::vector<Item> &items, Key key)
 void SetTestHooks(TestHooks *hooks)
 {
     g_testHooks = hooks;
+}
+
+void *AllocateLarge(std::size_t bytes)
+{
+    constexpr std::size_t kHugePage = std::size_t(2) << 20;
+#if defined(__linux__)
+    void *p = nullptr;
+    const std::size_t rounded = (bytes + kHugePage - 1) / kHugePage * kHugePage;
+    if (posix_memalign(&p, kHugePage, rounded) != 0)
+        throw std::bad_alloc();
+#if defined(MADV_HUGEPAGE)
+    madvise(p, rounded, MADV_HUGEPAGE); // a hint: without huge pages everything works the same
+#endif
+    return p;
+#else
+    (void)kHugePage;
+    return ::operator new(bytes);
+#endif
+}
+
+void FreeLarge(void *p)
+{
+#if defined(__linux__)
+    std::free(p);
+#else
+    ::operator delete(p);
+#endif
 }
 
 Sweep::Sweep(const std::vector<std::vector<Point *>> &rings) : m_rings(rings), m_hooks(g_testHooks)
