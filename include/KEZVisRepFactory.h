@@ -227,6 +227,98 @@ public:
      * \a options. The name keeps its historical spelling.
      */
     static KEZVisRepGraphics *CreateOirginRep(KEZMathPoint const &point, KEZVisOptions const &options);
+
+    /*!
+     * A polygon with holes as a triangle mesh. Unlike the shape operations
+     * above, bad geometry never throws here: it gives null or less geometry.
+     *
+     * \a rings[0] is the outline, every further ring a candidate hole. A ring
+     * need not be closed, and its orientation doesn't matter. The polygon must
+     * lie in a plane of constant z: only x and y are triangulated, by a
+     * constrained Delaunay triangulation.
+     *
+     * Null comes back for no rings, for fewer than three points in all
+     * rings together, for a point whose z differs by more than 0.001 from the
+     * z of the very first point, and for an outline that keeps fewer than
+     * three points after cleaning.
+     *
+     * Cleaning, ring by ring:
+     * - Points equal to the point before (KEZMathPoint::operator==, a
+     *   distance of at most 1e-9) are dropped, a spike that returns to its
+     *   start is removed, and a middle point of three on a line goes. The
+     *   first and last points are not compared, so three points on a line
+     *   across the seam stay.
+     * - Then the ring is walked and cut at the first point that lies within
+     *   0.001 in x and in y of a point taken before: a repeated first point
+     *   closes the ring, and a ring that comes back to a point ends there;
+     *   the rest of it is ignored.
+     *
+     * Holes: a ring of fewer than three points is ignored. A hole is left
+     * out unless all of its points lie inside the outline or on it (a point
+     * within 0.001 of an outline point or on an outline edge counts as on it)
+     * and none of its edges meets an outline edge; touching counts as
+     * meeting, so a hole that shares a point with the outline is left out.
+     * Two holes whose edges cross are both left out; holes that only touch,
+     * each staying on one side of the other, are both kept. Nothing reports
+     * what was left out.
+     *
+     * The vertices: first the points kept of the outline, then those of every
+     * hole that lies inside the outline, each with the z it came with, also
+     * for holes left out later for crossing another hole. Triangle corners
+     * lie at z = 0.0. A corner takes the vertex whose key is the same, the
+     * key being QByteArray::number(v, 'f', 3) of x, y and z joined by commas
+     * (the last vertex of that key among the points); a corner without one
+     * becomes a new vertex at the end. So a polygon at z = 0 reuses its
+     * points, points closer than 0.0005 may merge into one vertex, and a
+     * polygon at another z (at three decimals; -0.0001 reads "-0.000") gets
+     * all its corners as new vertices at z = 0, its own points staying in
+     * the array unreferenced, where they still count for the bounding box.
+     * This is deliberate and kept.
+     *
+     * Coordinates that are not finite follow the same rules in IEEE
+     * arithmetic: such a point is never taken for near another, a hole point
+     * with a NaN or an infinite y never passes the inside test of a finite
+     * outline, and the triangulator makes no triangles of an outline with
+     * one, so the surface then holds the vertices only. Such coordinates, and those beyond 1e150
+     * in size, are checked against every edge, which is slow where there are
+     * many of them.
+     *
+     * Where the triangulator stops on input it can't handle (edges of one
+     * ring that cross each other), the triangles it made up to there, as far
+     * as they are reachable from the outline's first edge, are the result,
+     * possibly none.
+     *
+     * The triangles are counter-clockwise seen from +z; the surface works out
+     * the normals by its own rule. The caller owns the result. Null also
+     * comes back where the counts could not be numbered by an int. Runs in
+     * about n log n for n points, holds no state and may run on any thread.
+     */
+    static KEZVisSurfacePrimitive *CreateFilledPolygonPrimitive(QList<KEZMathSetOfPoints> const &rings);
+
+    /*!
+     * A rep of CreateFilledPolygonPrimitive(\a rings), drawn with \a options;
+     * null when that is null.
+     *
+     * With \a solid true the rep holds three surfaces: the base; the top cap,
+     * which is the base with \a extrusion added to every z, with the same
+     * triangles in the same order (the winding isn't turned); and the walls.
+     * \a extrusion is ignored unless \a solid is true, and an extrusion of 0
+     * still gives the three surfaces.
+     *
+     * The walls stand on every input ring in order, holes that were left out
+     * included. Each ring is cleaned as above, but neither cut at a repeat
+     * nor held to a minimum size. With b the number of wall vertices before
+     * the ring, vertex b + 2j is its point j and b + 2j + 1 the same point
+     * raised by \a extrusion; for j of 1 or more the triangles
+     * (b+2j-2, b+2j-1, b+2j) and (b+2j, b+2j-1, b+2j+1) join it to the point
+     * before, and at the last point (b, b+2j+1, b+1) and (b+2j, b+2j+1, b)
+     * close the ring. A ring of one point adds two vertices and no triangles.
+     * The walls keep the rings' z, so at a z other than 0 they stand apart
+     * from the caps, which lie at 0 and \a extrusion; this is deliberate and
+     * kept.
+     */
+    static KEZVisRep *CreateFilledPolygonRep(QList<KEZMathSetOfPoints> const &rings, KEZVisOptions const &options,
+                                             double extrusion, bool solid);
 };
 
 #endif // KEZVISREPFACTORY_H
