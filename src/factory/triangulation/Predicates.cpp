@@ -20,7 +20,6 @@ namespace detail {
 namespace {
 
 constexpr double kUnitRoundoff = 1.1102230246251565e-16; // 2^-53
-constexpr double kOrientErrorBound = (3.0 + 16.0 * kUnitRoundoff) * kUnitRoundoff;
 constexpr double kInCircleErrorBound = (10.0 + 96.0 * kUnitRoundoff) * kUnitRoundoff;
 constexpr double kSplitter = 134217729.0; // 2^27 + 1, splits a double into two 26-bit halves
 
@@ -401,16 +400,8 @@ int InCircleExact(double ax, double ay, double bx, double by, double cx, double 
 
 } // namespace
 
-int OrientSign(double ax, double ay, double bx, double by, double cx, double cy)
+int OrientSignExact(double ax, double ay, double bx, double by, double cx, double cy)
 {
-    const double left = (ax - cx) * (by - cy);
-    const double right = (ay - cy) * (bx - cx);
-    const double det = left - right;
-    const double bound = kOrientErrorBound * (std::fabs(left) + std::fabs(right));
-    if (det > bound)
-        return 1;
-    if (-det > bound)
-        return -1;
     return OrientExact(ax, ay, bx, by, cx, cy);
 }
 

@@ -10,6 +10,8 @@
 #ifndef KEZ_TRIANGULATION_PREDICATES_P_H
 #define KEZ_TRIANGULATION_PREDICATES_P_H
 
+#include <cmath>
+
 namespace p2t {
 namespace detail {
 
@@ -26,8 +28,26 @@ inline int OrientWithTolerance(double ax, double ay, double bx, double by, doubl
     return value > 0.0 ? 1 : -1;
 }
 
+// Exact orientation sign when the floating-point filter cannot decide it.
+int OrientSignExact(double ax, double ay, double bx, double by, double cx, double cy);
+
 // Exact sign of the orientation of (a, b, c): +1 counter-clockwise, -1 clockwise, 0 collinear.
-int OrientSign(double ax, double ay, double bx, double by, double cx, double cy);
+// The determinant is evaluated in doubles first and trusted when it lies farther from zero than
+// its rounding error bound; only the rare remaining cases go to OrientSignExact.
+inline int OrientSign(double ax, double ay, double bx, double by, double cx, double cy)
+{
+    constexpr double kUnitRoundoff = 1.1102230246251565e-16; // 2^-53
+    constexpr double kErrorBound = (3.0 + 16.0 * kUnitRoundoff) * kUnitRoundoff;
+    const double left = (ax - cx) * (by - cy);
+    const double right = (ay - cy) * (bx - cx);
+    const double det = left - right;
+    const double bound = kErrorBound * (std::fabs(left) + std::fabs(right));
+    if (det > bound)
+        return 1;
+    if (-det > bound)
+        return -1;
+    return OrientSignExact(ax, ay, bx, by, cx, cy);
+}
 
 // Exact sign of the in-circle determinant: for a counter-clockwise triangle (a, b, c), +1 when d lies
 // strictly inside its circumcircle, -1 strictly outside, 0 on it.

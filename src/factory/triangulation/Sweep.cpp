@@ -171,15 +171,6 @@ Sweep::Sweep(const std::vector<std::vector<Point *>> &rings) : m_rings(rings), m
 {
 }
 
-int Sweep::Orient(int a, int b, int c) const
-{
-    return OrientWithTolerance(X(a), Y(a), X(b), Y(b), X(c), Y(c));
-}
-
-int Sweep::OrientExact(int a, int b, int c) const
-{
-    return OrientSign(X(a), Y(a), X(b), Y(b), X(c), Y(c));
-}
 
 // ---------------------------------------------------------------------------------------------
 // Preparation

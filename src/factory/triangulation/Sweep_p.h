@@ -4,6 +4,7 @@
 
 #include "FrontIndex_p.h"
 #include "Point.h"
+#include "Predicates_p.h"
 #include "Triangle.h"
 
 #include <cstddef>
@@ -165,8 +166,11 @@ private:
     int Tail() const { return m_count; }
     int Head() const { return m_count + 1; }
     bool IsArtificial(int v) const { return v >= m_count; }
-    int Orient(int a, int b, int c) const;
-    int OrientExact(int a, int b, int c) const;
+    int Orient(int a, int b, int c) const
+    {
+        return OrientWithTolerance(X(a), Y(a), X(b), Y(b), X(c), Y(c));
+    }
+    int OrientExact(int a, int b, int c) const { return OrientSign(X(a), Y(a), X(b), Y(b), X(c), Y(c)); }
 
     const std::vector<std::vector<Point *>> &m_rings;
     TestHooks *m_hooks = nullptr;
