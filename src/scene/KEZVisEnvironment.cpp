@@ -16,6 +16,8 @@
 #include "KEZMathZeroMagnitudeVectorException.h"
 #include "KEZSysException.h"
 
+#include <vector>
+
 namespace {
 
 // QSet::remove() detaches even when the key is absent; a set shared with a
@@ -41,6 +43,45 @@ void uniteInto(QSet<KEZVisObject *> &target, const QSet<KEZVisObject *> &source)
         target = std::move(united);
     } else {
         target.unite(source);
+    }
+}
+
+// The objects of a set, in the set's order.
+std::vector<KEZVisObject *> inSetOrder(const QSet<KEZVisObject *> &set)
+{
+    return std::vector<KEZVisObject *>(set.cbegin(), set.cend());
+}
+
+/*
+    Before the selection state of objects[i] changes, asks the memory of the
+    objects a few places further on into the cache. A set's order scatters the
+    objects over the heap, and each change of state reads three records one
+    after the other (the object, its private record, and the QObject record
+    that the signals consult); in large scenes waiting for these reads costs
+    more than the work. The object itself is asked for far ahead; nearer, when
+    it has arrived, the two records whose addresses it holds. Nothing is
+    written and nothing is called, so it changes no behaviour. Reading those
+    addresses needs a living object: once any object has died since
+    \a deaths was taken, only the objects' own addresses are prefetched.
+*/
+void prefetchObjectsAhead(const std::vector<KEZVisObject *> &objects, size_t i, quint64 deaths)
+{
+    constexpr size_t objectDistance = 16;
+    constexpr size_t recordDistance = 8;
+    if (i + objectDistance < objects.size()) {
+        if (const KEZVisObject *object = objects[i + objectDistance])
+            __builtin_prefetch(object);
+    }
+    if (i + recordDistance < objects.size() && KEZVisObjectPrivate::DeathCount() == deaths) {
+        if (KEZVisObject *object = objects[i + recordDistance]) {
+            const char *record = reinterpret_cast<const char *>(KEZVisObjectPrivate::get(object));
+            __builtin_prefetch(record);
+            __builtin_prefetch(record + 64);
+            // The address of a member of the QObject record, not a read of it.
+            const char *qobjectRecord = reinterpret_cast<const char *>(&object->children());
+            __builtin_prefetch(qobjectRecord);
+            __builtin_prefetch(qobjectRecord + 64);
+        }
     }
 }
 
@@ -547,8 +588,12 @@ void KEZVisEnvironment::EndSelection()
         // The state signals run listeners that may destroy objects, which takes
         // them out of the pending sets: iterate over shared copies and skip
         // whatever has left the live set since.
-        const QSet<KEZVisObject *> additions = d->pendingAdditions;
-        for (KEZVisObject *object : additions) {
+        quint64 deaths = KEZVisObjectPrivate::DeathCount();
+        const std::vector<KEZVisObject *> additions = inSetOrder(d->pendingAdditions);
+        const size_t additionCount = additions.size();
+        for (size_t i = 0; i < additionCount; ++i) {
+            prefetchObjectsAhead(additions, i, deaths);
+            KEZVisObject *object = additions[i];
             if (!d->pendingAdditions.contains(object))
                 continue;
             KEZVisObjectPrivate *od = KEZVisObjectPrivate::get(object);
@@ -557,8 +602,12 @@ void KEZVisEnvironment::EndSelection()
         }
         uniteInto(d->selection, d->pendingAdditions);
 
-        const QSet<KEZVisObject *> removals = d->pendingRemovals;
-        for (KEZVisObject *object : removals) {
+        deaths = KEZVisObjectPrivate::DeathCount();
+        const std::vector<KEZVisObject *> removals = inSetOrder(d->pendingRemovals);
+        const size_t removalCount = removals.size();
+        for (size_t i = 0; i < removalCount; ++i) {
+            prefetchObjectsAhead(removals, i, deaths);
+            KEZVisObject *object = removals[i];
             if (!d->pendingRemovals.contains(object) || d->preselection.contains(object))
                 continue;
             KEZVisObjectPrivate::get(object)->SetSelectionState(KEZVisObject::NotSelected);
