@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <limits>
 #include <memory>
 #include <random>
@@ -103,23 +104,37 @@ void CheckSolid(const QList<KEZMathSetOfPoints> &rings, const KEZVisSurfacePrimi
         EXPECT_TRUE(index >= 0 && index < 2 * points);
 }
 
-void CheckAgainstModel(const QList<KEZMathSetOfPoints> &rings, bool alsoSolid)
+// What came out of one call, for the tally of a test.
+struct Outcome
 {
+    bool null = false;
+    bool triangles = false;
+    bool holes = false;
+};
+
+Outcome CheckAgainstModel(const QList<KEZMathSetOfPoints> &rings, bool alsoSolid)
+{
+    Outcome outcome;
     const Model model = ModelOf(rings);
     std::unique_ptr<KEZVisSurfacePrimitive> surface(KEZVisRepFactory::CreateFilledPolygonPrimitive(rings));
-    ASSERT_EQ(surface == nullptr, model.null);
-    if (!surface)
-        return;
+    EXPECT_EQ(surface == nullptr, model.null);
+    outcome.null = surface == nullptr;
+    if (!surface || model.null)
+        return outcome;
     const Mesh mesh = MeshOf(*surface);
-    ASSERT_TRUE(IsConsistentIndex(mesh, model));
+    EXPECT_TRUE(IsConsistentIndex(mesh, model));
+    outcome.triangles = !mesh.triangles.empty();
+    outcome.holes = !model.insideHoles.empty();
     if (alsoSolid)
         CheckSolid(rings, *surface, 1.5);
+    return outcome;
 }
 
 } // namespace
 
 TEST(FilledPolygonRandom, DirtyInputGivesNullPartialOrWholeGeometryAsTheModelSays)
 {
+    int nulls = 0, withoutTriangles = 0, withTriangles = 0, withHoles = 0;
     for (std::uint32_t seed = 1; seed <= 300; ++seed) {
         SCOPED_TRACE(seed);
         Dirt dirt(seed);
@@ -164,8 +179,19 @@ TEST(FilledPolygonRandom, DirtyInputGivesNullPartialOrWholeGeometryAsTheModelSay
         QList<KEZMathSetOfPoints> input = ToRings(rings, dirt.Chance(0.2) ? dirt.Uniform(-0.01, 0.01) : 0.0);
         if (dirt.Chance(0.1) && input[0].size() > 1)
             input[0][input[0].size() - 1].SetZ(input[0][0].GetZ() + dirt.Uniform(-0.002, 0.002)); // z spread
-        CheckAgainstModel(input, seed % 3 == 0);
+        const Outcome outcome = CheckAgainstModel(input, seed % 3 == 0);
+        nulls += outcome.null ? 1 : 0;
+        withoutTriangles += !outcome.null && !outcome.triangles ? 1 : 0;
+        withTriangles += outcome.triangles ? 1 : 0;
+        withHoles += outcome.holes ? 1 : 0;
     }
+    // The generator reaches every kind of result.
+    EXPECT_GE(nulls, 10);
+    EXPECT_GE(withoutTriangles, 10);
+    EXPECT_GE(withTriangles, 100);
+    EXPECT_GE(withHoles, 30);
+    std::printf("[ tally ] %d null, %d without triangles, %d with triangles, %d with holes inside\n", nulls,
+                withoutTriangles, withTriangles, withHoles);
 }
 
 TEST(FilledPolygonRandom, RingsAreCutAtRepeatsAsTheModelSaysAtEveryMagnitude)

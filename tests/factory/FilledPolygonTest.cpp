@@ -333,6 +333,7 @@ TEST(FilledPolygon, TwoHolesSharingAnEdgeAreBothKept)
     EXPECT_FALSE(model.crossing[1]);
     const Mesh mesh = FillAndCheck(rings, false);
     EXPECT_EQ(mesh.vertices.size(), 12u);
+    EXPECT_DOUBLE_EQ(double(Area(mesh)), 92.0);
 }
 
 TEST(FilledPolygon, HoleCornerOnAnotherHolesEdgePointingInwardIsACrossing)
@@ -358,6 +359,7 @@ TEST(FilledPolygon, HoleCornerTouchingAnotherHolesEdgeFromOutsideKeepsBoth)
     EXPECT_FALSE(model.crossing[1]);
     const Mesh mesh = FillAndCheck(rings, false);
     EXPECT_EQ(mesh.vertices.size(), 11u);
+    EXPECT_DOUBLE_EQ(double(Area(mesh)), 94.0);
 }
 
 // ---------------------------------------------------------------------------
