@@ -7,6 +7,13 @@
 // the sign. The expansion operations are the classic error-free transformations (the sum and the
 // product of two doubles written exactly as a rounded result plus its error) and the expansion growth
 // and scaling built from them.
+//
+// The in-circle test has two cheaper exact stages before the general expansion. When every
+// coordinate difference is itself a double (the usual case: nearby points subtract exactly), the
+// determinant is a polynomial in those six doubles. If they share one fixed-point scale of at most
+// 62 bits, it is computed in 256-bit integers; otherwise it is expanded in doubles rather than in
+// exact pairs. Differences below 2^-200, where the expansion products would leave the range of
+// normal doubles, always take the general expansion, as they did before these stages existed.
 #include "Predicates_p.h"
 
 #include <algorithm>

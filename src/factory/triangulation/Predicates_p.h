@@ -4,7 +4,8 @@
 // collinearity tolerance of 1e-12: the sweep uses it wherever it has to decide whether a point lies on
 // a line (constrained edges, the opposing point of a crossed edge). OrientSign and InCircleSign are
 // exact: a fast floating-point evaluation is trusted when its error bound proves the sign, otherwise
-// the determinant is evaluated exactly in floating-point expansion arithmetic. The exact tests keep
+// the determinant is evaluated exactly (in 256-bit integers or in floating-point expansion
+// arithmetic, see Predicates.cpp). The exact tests keep
 // the Delaunay decisions consistent, so that the mesh does not depend on rounding and co-circular
 // points always get the same answer.
 #ifndef KEZ_TRIANGULATION_PREDICATES_P_H
