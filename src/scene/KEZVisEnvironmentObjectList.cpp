@@ -49,7 +49,7 @@ void KEZVisEnvironmentObjectList::Append(KEZVisVirtualObject *object)
     if (KEZVisObjectPrivate *record = recordOf(object)) {
         if (record->listedIn == this) {
             kind = Further;
-        } else if (!record->listedIn && record->environment.data() == m_environment) {
+        } else if (!record->listedIn && !record->dying && record->environment.data() == m_environment) {
             record->listedIn = this;
             record->listIndex = index;
             kind = RecordFirst;

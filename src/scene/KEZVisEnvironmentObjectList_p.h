@@ -28,7 +28,8 @@ class KEZVisVirtualObject;
     looking it up touches only memory that the operation touches anyway, which
     in large scenes is what decides the cost. Such an object reports its death
     to this environment and so leaves the list before its record goes, which is
-    what makes the record safe to write. Every other entry (an object made for
+    what makes the record safe to write; a dying object that a listener lists
+    again goes the other way. Every other entry (an object made for
     another environment, a null pointer) is found through a hash from object to
     the index of its first slot, and a second hash holds the further slots of
     the rare object that is listed more than once, whichever way its first slot

@@ -55,6 +55,7 @@ KEZVisObject::KEZVisObject(KEZVisObjectPrivate *d, QObject *parent)
 KEZVisObject::~KEZVisObject()
 {
     objectDeaths.fetch_add(1, std::memory_order_relaxed);
+    d_ptr->dying = true;
     // The environment learns of the death first, while the record (and with it
     // the rep) is still there for listeners of ObjectRemoved.
     if (const KEZVisEnvironment *environment = d_ptr->environment.data())

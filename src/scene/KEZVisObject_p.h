@@ -53,6 +53,12 @@ public:
     */
     const KEZVisEnvironmentObjectList *listedIn = nullptr;
     qsizetype listIndex = -1;
+    /*
+        Set when the object's destructor begins. A dying object that a listener
+        lists again is listed like an object of another environment, without an
+        index in this record, which is about to go.
+    */
+    bool dying = false;
 
 private:
     Q_DISABLE_COPY(KEZVisObjectPrivate)
