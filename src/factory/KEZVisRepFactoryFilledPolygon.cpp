@@ -435,7 +435,10 @@ void RepeatWalk(const KEZMathSetOfPoints &ring, PointArena &arena, PointVector &
 class BoxTree
 {
 public:
-    void Build(const std::vector<Box> &boxes, const std::vector<int> &ids)
+    // Enters the boxes with their ids. With `inOrder` the boxes are taken to follow each other in space,
+    // as the edges of a ring do, and the tree is cut into runs of neighbours without sorting; otherwise
+    // it is split at medians.
+    void Build(const std::vector<Box> &boxes, const std::vector<int> &ids, bool inOrder = false)
     {
         m_items.clear();
         m_nodes.clear();
@@ -446,6 +449,7 @@ public:
         }
         if (m_items.empty())
             return;
+        m_inOrder = inOrder;
         m_nodes.reserve(2 * m_items.size() / kLeafSize + 2);
         m_nodes.push_back(Node{});
         BuildNode(0, 0, int(m_items.size()));
@@ -555,42 +559,50 @@ private:
 
     void BuildNode(int index, int begin, int end)
     {
-        Box bounds = m_items[std::size_t(begin)].box;
-        double lowX = m_items[std::size_t(begin)].centreX, highX = lowX;
-        double lowY = m_items[std::size_t(begin)].centreY, highY = lowY;
-        for (int i = begin + 1; i < end; ++i) {
-            const Item &item = m_items[std::size_t(i)];
-            bounds.minX = std::min(bounds.minX, item.box.minX);
-            bounds.minY = std::min(bounds.minY, item.box.minY);
-            bounds.maxX = std::max(bounds.maxX, item.box.maxX);
-            bounds.maxY = std::max(bounds.maxY, item.box.maxY);
-            lowX = std::min(lowX, item.centreX);
-            highX = std::max(highX, item.centreX);
-            lowY = std::min(lowY, item.centreY);
-            highY = std::max(highY, item.centreY);
-        }
-        m_nodes[std::size_t(index)] = Node{bounds, begin, end - begin};
-        if (end - begin <= kLeafSize)
+        if (end - begin <= kLeafSize) {
+            Box bounds = m_items[std::size_t(begin)].box;
+            for (int i = begin + 1; i < end; ++i)
+                bounds = Union(bounds, m_items[std::size_t(i)].box);
+            m_nodes[std::size_t(index)] = Node{bounds, begin, end - begin};
             return;
+        }
         const int middle = begin + (end - begin) / 2;
-        const auto first = m_items.begin() + begin;
-        if (highX - lowX >= highY - lowY)
-            std::nth_element(first, m_items.begin() + middle, m_items.begin() + end,
-                             [](const Item &l, const Item &r) { return l.centreX < r.centreX; });
-        else
-            std::nth_element(first, m_items.begin() + middle, m_items.begin() + end,
-                             [](const Item &l, const Item &r) { return l.centreY < r.centreY; });
+        if (!m_inOrder) {
+            double lowX = m_items[std::size_t(begin)].centreX, highX = lowX;
+            double lowY = m_items[std::size_t(begin)].centreY, highY = lowY;
+            for (int i = begin + 1; i < end; ++i) {
+                const Item &item = m_items[std::size_t(i)];
+                lowX = std::min(lowX, item.centreX);
+                highX = std::max(highX, item.centreX);
+                lowY = std::min(lowY, item.centreY);
+                highY = std::max(highY, item.centreY);
+            }
+            const auto first = m_items.begin() + begin;
+            if (highX - lowX >= highY - lowY)
+                std::nth_element(first, m_items.begin() + middle, m_items.begin() + end,
+                                 [](const Item &l, const Item &r) { return l.centreX < r.centreX; });
+            else
+                std::nth_element(first, m_items.begin() + middle, m_items.begin() + end,
+                                 [](const Item &l, const Item &r) { return l.centreY < r.centreY; });
+        }
         const int children = int(m_nodes.size());
         m_nodes.push_back(Node{});
         m_nodes.push_back(Node{});
-        m_nodes[std::size_t(index)].first = children;
-        m_nodes[std::size_t(index)].count = 0;
         BuildNode(children, begin, middle);
         BuildNode(children + 1, middle, end);
+        m_nodes[std::size_t(index)] =
+            Node{Union(m_nodes[std::size_t(children)].box, m_nodes[std::size_t(children) + 1].box), children, 0};
+    }
+
+    static Box Union(const Box &a, const Box &b)
+    {
+        return Box{std::min(a.minX, b.minX), std::min(a.minY, b.minY), std::max(a.maxX, b.maxX),
+                   std::max(a.maxY, b.maxY)};
     }
 
     std::vector<Item> m_items;
     std::vector<Node> m_nodes;
+    bool m_inOrder = false;
 };
 
 // ---------------------------------------------------------------------------
@@ -601,12 +613,15 @@ private:
 //   never pass beyond: with two unit vectors within 1e-9 of each other p lies within about 5e-10 times the
 //   edge's length of its box, and with two vectors too short to be normalised within 1e-12 of its ends.
 // - Edges that meet a hole edge: the box tree again, every candidate decided by SegmentsMeet.
-// Edges whose grown box is not finite are tried every time.
+// Edges whose grown box is not finite are tried every time. The tree holds only the edges whose box
+// reaches the region of the questions, the box of all hole points with finite coordinates: a hole edge
+// with a finite box lies in it, and a point with an infinite coordinate overlaps no finite box.
 
 class OutlineIndex
 {
 public:
-    OutlineIndex(const PointVector &outline, const PointGrid &vertices) : m_outline(outline), m_vertices(vertices)
+    OutlineIndex(const PointVector &outline, const PointGrid &vertices, const Box &region)
+        : m_outline(outline), m_vertices(vertices)
     {
         const int n = int(outline.size());
         std::vector<Box> boxes;
@@ -620,14 +635,14 @@ public:
             const double margin = 1e-7 * (std::abs(b.x - a.x) + std::abs(b.y - a.y)) + 2e-12
                 + 1e-14 * (std::abs(a.x) + std::abs(a.y) + std::abs(b.x) + std::abs(b.y));
             const Box grown{box.minX - margin, box.minY - margin, box.maxX + margin, box.maxY + margin};
-            if (IsFinite(grown)) {
+            if (!IsFinite(grown)) {
+                m_wildEdges.push_back(i);
+            } else if (!BoxesApart(grown, region)) {
                 boxes.push_back(grown);
                 ids.push_back(i);
-            } else {
-                m_wildEdges.push_back(i);
             }
         }
-        m_tree.Build(boxes, ids);
+        m_tree.Build(boxes, ids, true);
     }
 
     // True if p is one point with an outline vertex or lies between the ends of an outline edge.
@@ -968,7 +983,7 @@ QList<int> FindIntersectingHoles(const std::vector<const PointVector *> &holes)
                 edges.push_back(k);
             }
             tree = std::make_unique<BoxTree>();
-            tree->Build(boxes, edges);
+            tree->Build(boxes, edges, true); // a ring: its edges follow each other
         }
         return *tree;
     };
@@ -1423,7 +1438,14 @@ KEZVisSurfacePrimitive *KEZVisRepFactory::CreateFilledPolygonPrimitive(QList<KEZ
         for (const WalkedHole &hole : walkedHoles)
             holePoints.insert(holePoints.end(), hole.points.begin(), hole.points.end());
         const CrossingCounter counts(outline, holePoints);
-        const OutlineIndex outlineIndex(outline, outlineGrid);
+        Box region{std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity(),
+                   -std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()};
+        for (const p2t::Point *p : holePoints) {
+            if (std::isfinite(p->x) && std::isfinite(p->y))
+                region = Box{std::min(region.minX, p->x), std::min(region.minY, p->y), std::max(region.maxX, p->x),
+                             std::max(region.maxY, p->y)};
+        }
+        const OutlineIndex outlineIndex(outline, outlineGrid, region);
         std::size_t firstCount = 0;
         for (const WalkedHole &hole : walkedHoles) {
             if (IsHoleInsideOutline(outlineIndex, hole.points, counts, firstCount)) {
