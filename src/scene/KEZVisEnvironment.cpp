@@ -241,8 +241,24 @@ void KEZVisEnvironment::RemoveAllVirtualObjects()
 {
     Q_D(KEZVisEnvironment);
     const QList<KEZVisVirtualObject *> objects = d->objects.List();
-    for (KEZVisVirtualObject *object : objects)
+    // Listeners of ObjectRemoved may destroy objects further on in the copy.
+    // Such an object has left the list, so its turn would do nothing; it is
+    // skipped without being touched. Once some object has died, the turns are
+    // checked against the live entries, taken afresh after each death.
+    quint64 deaths = KEZVisObjectPrivate::DeathCount();
+    QSet<KEZVisObject *> live;
+    bool checkLive = false;
+    for (KEZVisVirtualObject *object : objects) {
+        if (KEZVisObjectPrivate::DeathCount() != deaths) {
+            deaths = KEZVisObjectPrivate::DeathCount();
+            const QList<KEZVisObject *> now = d->objects.ToObjectList();
+            live = QSet<KEZVisObject *>(now.cbegin(), now.cend());
+            checkLive = true;
+        }
+        if (checkLive && !live.contains(object))
+            continue;
         RemoveVirtualObject(object);
+    }
 }
 
 QList<KEZVisVirtualObject *> KEZVisEnvironment::GetVirtualObjects() const

@@ -47,7 +47,11 @@ public:
 
     //! Appends \a object at the end.
     void Append(KEZVisVirtualObject *object);
-    //! Removes every occurrence of \a object; answers whether there was one.
+    /*!
+        Removes every occurrence of \a object; answers whether there was one.
+        Reads the record of \a object, which must therefore be null or a living
+        object (or one still inside its KEZVisObject destructor).
+    */
     bool RemoveAll(KEZVisObject *object);
     //! The live entries in order, as a list that shares its data with this one.
     QList<KEZVisVirtualObject *> List() const;
