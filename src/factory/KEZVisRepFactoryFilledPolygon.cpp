@@ -637,6 +637,10 @@ public:
             const Box grown{box.minX - margin, box.minY - margin, box.maxX + margin, box.maxY + margin};
             if (!IsFinite(grown)) {
                 m_wildEdges.push_back(i);
+                // Between the ends of an edge with a coordinate that is not finite lies nothing: one of
+                // the two directions then holds a NaN.
+                if (std::isfinite(a.x) && std::isfinite(a.y) && std::isfinite(b.x) && std::isfinite(b.y))
+                    m_wildFiniteEdges.push_back(i);
             } else if (!BoxesApart(grown, region)) {
                 boxes.push_back(grown);
                 ids.push_back(i);
@@ -655,7 +659,7 @@ public:
             return false;
         if (m_tree.Any(Box{p.x, p.y, p.x, p.y}, [this, &p](int edge) { return LiesBetween(p, Start(edge), End(edge)); }))
             return true;
-        for (int edge : m_wildEdges) {
+        for (int edge : m_wildFiniteEdges) {
             if (LiesBetween(p, Start(edge), End(edge)))
                 return true;
         }
@@ -689,7 +693,8 @@ private:
     const PointVector &m_outline;
     const PointGrid &m_vertices;
     BoxTree m_tree;
-    std::vector<int> m_wildEdges;
+    std::vector<int> m_wildEdges;       // edges whose grown box is not finite
+    std::vector<int> m_wildFiniteEdges; // those of them with finite coordinates
 };
 
 // ---------------------------------------------------------------------------
@@ -721,7 +726,7 @@ public:
             const p2t::Point &a = Start(e);
             const p2t::Point &b = End(e);
             if (std::isnan(a.x) || std::isnan(a.y) || std::isnan(b.x) || std::isnan(b.y))
-                continue;
+                continue; // the formula or the y range gives NaN or nothing for every point
             if (std::abs(a.y - b.y) < kTolerance)
                 continue;
             (IsTame(a) && IsTame(b) ? edges : wild).push_back(e);
