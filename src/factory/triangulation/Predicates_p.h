@@ -20,7 +20,8 @@ namespace detail {
 constexpr double kCollinearTolerance = 1e-12;
 
 // Sign of the tolerance-based orientation of (a, b, c): +1 counter-clockwise, -1 clockwise,
-// 0 when the doubled signed area is within kCollinearTolerance of zero.
+// 0 when the doubled signed area lies strictly between -kCollinearTolerance and kCollinearTolerance;
+// an area of exactly kCollinearTolerance already counts as a turn.
 inline int OrientWithTolerance(double ax, double ay, double bx, double by, double cx, double cy)
 {
     const double value = (ax - cx) * (by - cy) - (ay - cy) * (bx - cx);
@@ -52,6 +53,10 @@ inline int OrientSign(double ax, double ay, double bx, double by, double cx, dou
 
 // Exact sign of the in-circle determinant: for a counter-clockwise triangle (a, b, c), +1 when d lies
 // strictly inside its circumcircle, -1 strictly outside, 0 on it.
+// Exact while the coordinate differences to d stay above about 2^-256: below that the degree-four
+// products of the expansion underflow and the answer may be 0 for a point off the circle, which the
+// sweep then treats as a co-circular tie. The triangulator scales its input to unit extent first,
+// so only points closer together than that fraction of the extent are affected.
 int InCircleSign(double ax, double ay, double bx, double by, double cx, double cy, double dx,
                  double dy);
 
