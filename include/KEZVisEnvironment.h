@@ -187,7 +187,9 @@ public:
         check: an object added twice is listed twice and announced twice. No
         ownership is taken and nothing is connected to the object. An object may
         be added to an environment other than the one named in its constructor;
-        it reports its death to the latter.
+        it reports its death to the latter only, so the application must remove
+        it from any other environment before it dies: RemoveVirtualObject() and
+        RemoveAllVirtualObjects() take null or living objects.
     */
     void AddVirtualObject(KEZVisVirtualObject *object);
 
