@@ -19,8 +19,10 @@
  * come in pairs: a Create...Primitive that builds the geometry, and a
  * Create...Rep that wraps the same shape in a KEZVisRepGraphics with display
  * options. The caller owns whatever an operation returns; a rep owns its
- * primitives. No operation returns null: failures are exceptions, and a rep
- * operation passes on the exception of its primitive unchanged.
+ * primitives. The shape operations never return null: their failures are
+ * exceptions, and a rep operation passes on the exception of its primitive
+ * unchanged. The filled-polygon operations are the exception: bad geometry
+ * there gives null or less geometry and never throws.
  *
  * Every surface is a plain indexed triangle list, built with the array
  * constructor of KEZVisSurfacePrimitive, and solids have no caps unless said
