@@ -38,16 +38,16 @@ size_t referenceHash(const QColor &color)
     }
     QDataStream in(bytes);
     in.setVersion(QDataStream::Qt_6_0);
-    qint8 spec = 0;
+    qint8 colorSpec = 0;
     quint16 w[5] = {};
-    in >> spec >> w[0] >> w[1] >> w[2] >> w[3] >> w[4];
-    if (spec == QColor::Hsv)
+    in >> colorSpec >> w[0] >> w[1] >> w[2] >> w[3] >> w[4];
+    if (colorSpec == QColor::Hsv)
         w[1] = quint16(w[1] % 36000);
-    if (spec == QColor::ExtendedRgb) {
+    if (colorSpec == QColor::ExtendedRgb) {
         for (quint16 &word : w)
             word = word == 0x8000 ? 0 : word;
     }
-    const std::uint64_t k1 = (std::uint64_t(quint8(spec)) << 32) | (std::uint64_t(w[0]) << 16) | w[1];
+    const std::uint64_t k1 = (std::uint64_t(quint8(colorSpec)) << 32) | (std::uint64_t(w[0]) << 16) | w[1];
     const std::uint64_t k2 = (std::uint64_t(w[2]) << 32) | (std::uint64_t(w[3]) << 16) | w[4];
     return size_t(referenceMix(k2, referenceMix(k1, 0)));
 }
@@ -76,7 +76,7 @@ TEST(SysColorHash, IsSixtyFourBitsWide)
 
 TEST(SysColorHash, HashesSpecAndWordsOfAnOpaqueRed)
 {
-    // QColor(255, 0, 0): spec Rgb (1); words alpha 0xffff, red 0xffff, green 0, blue 0, pad 0.
+    // QColor(255, 0, 0): model Rgb (1); words alpha 0xffff, red 0xffff, green 0, blue 0, pad 0.
     const std::uint64_t k1 = (std::uint64_t(1) << 32) | (std::uint64_t(0xffff) << 16) | 0xffff;
     const std::uint64_t k2 = 0;
     EXPECT_EQ(qHash(QColor(255, 0, 0)), size_t(referenceMix(k2, referenceMix(k1, 0))));
@@ -84,14 +84,14 @@ TEST(SysColorHash, HashesSpecAndWordsOfAnOpaqueRed)
 
 TEST(SysColorHash, HashesTheInvalidColour)
 {
-    // QColor(): spec Invalid (0); words alpha 0xffff and zeros.
+    // QColor(): model Invalid (0); words alpha 0xffff and zeros.
     const std::uint64_t k1 = std::uint64_t(0xffff) << 16;
     EXPECT_EQ(qHash(QColor()), size_t(referenceMix(0, referenceMix(k1, 0))));
 }
 
 TEST(SysColorHash, HashesACmykColourWithItsBlackWord)
 {
-    // fromCmyk(1, 2, 3, 4, 5): spec Cmyk (3); words 5*257, 1*257, 2*257, 3*257, 4*257.
+    // fromCmyk(1, 2, 3, 4, 5): model Cmyk (3); words 5*257, 1*257, 2*257, 3*257, 4*257.
     const std::uint64_t k1 = (std::uint64_t(3) << 32) | (std::uint64_t(1285) << 16) | 257;
     const std::uint64_t k2 = (std::uint64_t(514) << 32) | (std::uint64_t(771) << 16) | 1028;
     EXPECT_EQ(qHash(QColor::fromCmyk(1, 2, 3, 4, 5)), size_t(referenceMix(k2, referenceMix(k1, 0))));

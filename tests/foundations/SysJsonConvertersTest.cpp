@@ -44,7 +44,7 @@ QColor roundTripThroughText(const QColor &color)
     return result;
 }
 
-// A colour of every spec and every kind: plain, random 16-bit, converted (which
+// A colour of every colour model and every kind: plain, random 16-bit, converted (which
 // makes hues of 360 degrees and achromatic hues), and extended.
 QList<QColor> manyColors()
 {
@@ -81,41 +81,41 @@ QList<QColor> manyColors()
 
 TEST(SysJsonConverters, WritesAnRgbColourAsSpecAndUnitComponents)
 {
-    const QJsonObject expected{{"spec", "rgb"}, {"r", 1.0}, {"g", 0.0}, {"b", 0.0}, {"a", 1.0}};
+    const QJsonObject expected{{"model", "rgb"}, {"r", 1.0}, {"g", 0.0}, {"b", 0.0}, {"a", 1.0}};
     EXPECT_EQ(KEZSysJsonConverters::Convert(QColor(255, 0, 0)), QJsonValue(expected));
 }
 
 TEST(SysJsonConverters, WritesEightBitComponentsAsTheirSixteenBitFraction)
 {
     // QColor keeps 8-bit 128 as the word 128 * 257 = 32896.
-    const QJsonObject expected{{"spec", "rgb"}, {"r", 32896 / 65535.0}, {"g", 0.0},
+    const QJsonObject expected{{"model", "rgb"}, {"r", 32896 / 65535.0}, {"g", 0.0},
                                {"b", 65535 / 65535.0}, {"a", 0.0}};
     EXPECT_EQ(KEZSysJsonConverters::Convert(QColor(128, 0, 255, 0)), QJsonValue(expected));
 }
 
 TEST(SysJsonConverters, WritesTheInvalidColourAsItsSpecAlone)
 {
-    const QJsonObject expected{{"spec", "invalid"}};
+    const QJsonObject expected{{"model", "invalid"}};
     EXPECT_EQ(KEZSysJsonConverters::Convert(QColor()), QJsonValue(expected));
 }
 
 TEST(SysJsonConverters, WritesAnHsvColourWithItsHueInDegrees)
 {
-    const QJsonObject expected{{"spec", "hsv"}, {"h", 120.0}, {"s", 1.0}, {"v", 32896 / 65535.0}, {"a", 1.0}};
+    const QJsonObject expected{{"model", "hsv"}, {"h", 120.0}, {"s", 1.0}, {"v", 32896 / 65535.0}, {"a", 1.0}};
     EXPECT_EQ(KEZSysJsonConverters::Convert(QColor::fromHsv(120, 255, 128)), QJsonValue(expected));
 }
 
 TEST(SysJsonConverters, WritesAnAchromaticHueAsMinusOne)
 {
     const QJsonObject object = KEZSysJsonConverters::Convert(QColor::fromHsl(-1, 0, 0)).toObject();
-    EXPECT_EQ(object.value("spec"), QJsonValue("hsl"));
+    EXPECT_EQ(object.value("model"), QJsonValue("hsl"));
     EXPECT_EQ(object.value("h"), QJsonValue(-1.0));
     EXPECT_EQ(object.value("l"), QJsonValue(0.0));
 }
 
 TEST(SysJsonConverters, WritesACmykColourWithItsFiveComponents)
 {
-    const QJsonObject expected{{"spec", "cmyk"}, {"c", 257 / 65535.0}, {"m", 514 / 65535.0},
+    const QJsonObject expected{{"model", "cmyk"}, {"c", 257 / 65535.0}, {"m", 514 / 65535.0},
                                {"y", 771 / 65535.0}, {"k", 1028 / 65535.0}, {"a", 1285 / 65535.0}};
     EXPECT_EQ(KEZSysJsonConverters::Convert(QColor::fromCmyk(1, 2, 3, 4, 5)), QJsonValue(expected));
 }
@@ -123,14 +123,14 @@ TEST(SysJsonConverters, WritesACmykColourWithItsFiveComponents)
 TEST(SysJsonConverters, WritesExtendedComponentsAsTheNumbersTheyAre)
 {
     // 1.5, -0.25, 0.5 and 0.75 are exact half-precision values.
-    const QJsonObject expected{{"spec", "extendedRgb"}, {"r", 1.5}, {"g", -0.25}, {"b", 0.5}, {"a", 0.75}};
+    const QJsonObject expected{{"model", "extendedRgb"}, {"r", 1.5}, {"g", -0.25}, {"b", 0.5}, {"a", 0.75}};
     EXPECT_EQ(KEZSysJsonConverters::Convert(QColor::fromRgbF(1.5f, -0.25f, 0.5f, 0.75f)), QJsonValue(expected));
 }
 
 TEST(SysJsonConverters, ReadsAHandWrittenRgbObject)
 {
     QColor color;
-    const QJsonObject object{{"spec", "rgb"}, {"r", 1}, {"g", 0.5}, {"b", 0}, {"a", 1}};
+    const QJsonObject object{{"model", "rgb"}, {"r", 1}, {"g", 0.5}, {"b", 0}, {"a", 1}};
     ASSERT_TRUE(KEZSysJsonConverters::Convert(object, color));
     EXPECT_EQ(color.spec(), QColor::Rgb);
     // 0.5 * 65535 = 32767.5 rounds to 32768.
@@ -203,18 +203,18 @@ TEST(SysJsonConverters, AnswersFalseForValuesThatAreNoColour)
         QJsonArray{1, 2, "3"},
         QJsonObject{},
         QJsonObject{{"r", 1}, {"g", 0}, {"b", 0}, {"a", 1}},
-        QJsonObject{{"spec", "lab"}, {"r", 1}, {"g", 0}, {"b", 0}, {"a", 1}},
-        QJsonObject{{"spec", 1}, {"r", 1}, {"g", 0}, {"b", 0}, {"a", 1}},
-        QJsonObject{{"spec", "rgb"}, {"r", 1}, {"g", 0}, {"b", 0}},
-        QJsonObject{{"spec", "rgb"}, {"r", 1}, {"g", 0}, {"a", 1}},
-        QJsonObject{{"spec", "rgb"}, {"r", "1"}, {"g", 0}, {"b", 0}, {"a", 1}},
-        QJsonObject{{"spec", "rgb"}, {"r", 1.01}, {"g", 0}, {"b", 0}, {"a", 1}},
-        QJsonObject{{"spec", "rgb"}, {"r", -0.01}, {"g", 0}, {"b", 0}, {"a", 1}},
-        QJsonObject{{"spec", "hsv"}, {"h", 360.01}, {"s", 0}, {"v", 0}, {"a", 1}},
-        QJsonObject{{"spec", "hsv"}, {"h", -0.5}, {"s", 0}, {"v", 0}, {"a", 1}},
-        QJsonObject{{"spec", "hsl"}, {"h", 10}, {"s", 0}, {"v", 0}, {"a", 1}},
-        QJsonObject{{"spec", "cmyk"}, {"c", 0}, {"m", 0}, {"y", 0}, {"a", 1}},
-        QJsonObject{{"spec", "extendedRgb"}, {"r", 2}, {"g", 0}, {"b", QJsonValue()}, {"a", 1}},
+        QJsonObject{{"model", "lab"}, {"r", 1}, {"g", 0}, {"b", 0}, {"a", 1}},
+        QJsonObject{{"model", 1}, {"r", 1}, {"g", 0}, {"b", 0}, {"a", 1}},
+        QJsonObject{{"model", "rgb"}, {"r", 1}, {"g", 0}, {"b", 0}},
+        QJsonObject{{"model", "rgb"}, {"r", 1}, {"g", 0}, {"a", 1}},
+        QJsonObject{{"model", "rgb"}, {"r", "1"}, {"g", 0}, {"b", 0}, {"a", 1}},
+        QJsonObject{{"model", "rgb"}, {"r", 1.01}, {"g", 0}, {"b", 0}, {"a", 1}},
+        QJsonObject{{"model", "rgb"}, {"r", -0.01}, {"g", 0}, {"b", 0}, {"a", 1}},
+        QJsonObject{{"model", "hsv"}, {"h", 360.01}, {"s", 0}, {"v", 0}, {"a", 1}},
+        QJsonObject{{"model", "hsv"}, {"h", -0.5}, {"s", 0}, {"v", 0}, {"a", 1}},
+        QJsonObject{{"model", "hsl"}, {"h", 10}, {"s", 0}, {"v", 0}, {"a", 1}},
+        QJsonObject{{"model", "cmyk"}, {"c", 0}, {"m", 0}, {"y", 0}, {"a", 1}},
+        QJsonObject{{"model", "extendedRgb"}, {"r", 2}, {"g", 0}, {"b", QJsonValue()}, {"a", 1}},
     };
     for (const QJsonValue &value : notColours) {
         QColor color(1, 2, 3, 4);
@@ -227,7 +227,7 @@ TEST(SysJsonConverters, AnswersFalseForValuesThatAreNoColour)
 TEST(SysJsonConverters, AcceptsHueOfExactlyThreeHundredSixtyDegrees)
 {
     QColor color;
-    const QJsonObject object{{"spec", "hsv"}, {"h", 360}, {"s", 1}, {"v", 1}, {"a", 1}};
+    const QJsonObject object{{"model", "hsv"}, {"h", 360}, {"s", 1}, {"v", 1}, {"a", 1}};
     ASSERT_TRUE(KEZSysJsonConverters::Convert(object, color));
     EXPECT_EQ(color.spec(), QColor::Hsv);
     EXPECT_FLOAT_EQ(color.hsvHueF(), 1.0f);

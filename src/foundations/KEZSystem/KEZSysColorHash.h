@@ -11,7 +11,7 @@
     64-bit hash of a colour, so that QColor can key a QHash or QSet and take part
     in the hashes of values that hold a colour.
 
-    What it hashes: the colour's spec s and the five 16-bit words w0..w4 that hold
+    What it hashes: the colour's model s and the five 16-bit words w0..w4 that hold
     the colour, in the order of QColor's QDataStream form (alpha, the three
     components, then the black of a CMYK colour or else the padding word, which
     enters as 0). The words are read without allocating. Two keys are packed

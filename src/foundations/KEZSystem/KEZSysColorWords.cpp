@@ -43,7 +43,7 @@ Words FromColor(const QColor &color)
     // Read through the accessors, which cost no allocation; the padding word,
     // which no accessor shows, is 0 in every colour that QColor's API makes.
     Words words;
-    words.spec = qint8(color.spec());
+    words.colorSpec = qint8(color.spec());
     switch (color.spec()) {
     case QColor::Invalid:
     case QColor::Rgb: {
@@ -85,14 +85,14 @@ Words FromColor(const QColor &color)
 
 QColor ToColor(const Words &words)
 {
-    // QColor's stream form (a qint8 spec, then the five quint16 words) is the
-    // one public way to set the words exactly, whatever the spec; a fixed
+    // QColor's stream form (a qint8 colour model, then the five quint16 words) is the
+    // one public way to set the words exactly, whatever the colour model; a fixed
     // stream version keeps it independent of the Qt release at hand.
     QByteArray bytes;
     {
         QDataStream out(&bytes, QIODevice::WriteOnly);
         out.setVersion(QDataStream::Qt_6_0);
-        out << words.spec;
+        out << words.colorSpec;
         for (quint16 word : words.word)
             out << word;
     }

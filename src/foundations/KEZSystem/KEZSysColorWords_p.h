@@ -9,10 +9,10 @@
 
 namespace KEZSysColorWords {
 
-//! A colour's spec and its five 16-bit words: alpha, three components, black or padding.
+//! A colour's model and its five 16-bit words: alpha, three components, black or padding.
 struct Words
 {
-    qint8 spec = 0;
+    qint8 colorSpec = 0;
     quint16 word[5] = {0, 0, 0, 0, 0};
 };
 

@@ -16,7 +16,7 @@ using KEZSysColorWords::Words;
 
 // Plain literals rather than QString globals: these may run before this
 // file's static initialisation has (from a start-up routine).
-constexpr char specKey[] = "spec";
+constexpr char modelKey[] = "model";
 constexpr char alphaKey[] = "a";
 
 // The achromatic hue, which QColor keeps as the word 0xffff and shows as -1.
@@ -24,7 +24,7 @@ constexpr quint16 noHue = 0xffff;
 
 struct Model
 {
-    QColor::Spec spec;
+    QColor::Spec colorSpec;
     const char *name;
     const char *keys[4];   // component keys in word order 1..4; null when unused
     int hueIndex;          // word index of a hue, -1 when the model has none
@@ -38,10 +38,10 @@ const Model models[] = {
     {QColor::ExtendedRgb, "extendedRgb", {"r", "g", "b", nullptr}, -1},
 };
 
-const Model *findModel(QColor::Spec spec)
+const Model *findModel(QColor::Spec colorSpec)
 {
     for (const Model &model : models) {
-        if (model.spec == spec)
+        if (model.colorSpec == colorSpec)
             return &model;
     }
     return nullptr;
@@ -78,7 +78,7 @@ quint16 doubleToHalf(double value)
 // Writes one word as its JSON number.
 QJsonValue wordToJson(const Model &model, int index, quint16 word)
 {
-    if (model.spec == QColor::ExtendedRgb)
+    if (model.colorSpec == QColor::ExtendedRgb)
         return halfToDouble(word);
     if (index == model.hueIndex)
         return word == noHue ? -1.0 : word / 100.0;
@@ -91,7 +91,7 @@ bool jsonToWord(const Model &model, int index, const QJsonValue &value, quint16 
     if (!value.isDouble())
         return false;
     const double number = value.toDouble();
-    if (model.spec == QColor::ExtendedRgb) {
+    if (model.colorSpec == QColor::ExtendedRgb) {
         word = doubleToHalf(number);
         return true;
     }
@@ -135,7 +135,7 @@ bool colorFromArray(const QJsonArray &array, QColor &color)
 
 bool colorFromObject(const QJsonObject &object, QColor &color)
 {
-    const QJsonValue specValue = object.value(QLatin1String(specKey));
+    const QJsonValue specValue = object.value(QLatin1String(modelKey));
     if (!specValue.isString())
         return false;
     const QString specName = specValue.toString();
@@ -148,7 +148,7 @@ bool colorFromObject(const QJsonObject &object, QColor &color)
         return false;
 
     Words words;
-    words.spec = qint8(model->spec);
+    words.colorSpec = qint8(model->colorSpec);
     if (!jsonToWord(*model, 0, object.value(QLatin1String(alphaKey)), words.word[0]))
         return false;
     for (int i = 0; i < 4; ++i) {
@@ -169,11 +169,11 @@ QJsonValue KEZSysJsonConverters::Convert(const QColor &color)
     QJsonObject object;
     const Model *model = findModel(color.spec());
     if (!model) {
-        object.insert(QLatin1String(specKey), QStringLiteral("invalid"));
+        object.insert(QLatin1String(modelKey), QStringLiteral("invalid"));
         return object;
     }
     const Words words = KEZSysColorWords::FromColor(color);
-    object.insert(QLatin1String(specKey), QLatin1String(model->name));
+    object.insert(QLatin1String(modelKey), QLatin1String(model->name));
     object.insert(QLatin1String(alphaKey), wordToJson(*model, 0, words.word[0]));
     for (int i = 0; i < 4; ++i) {
         if (model->keys[i])

@@ -10,10 +10,10 @@
 /*!
     Conversions between values and their JSON form. All operations are static.
 
-    The JSON form of a colour is an object whose key "spec" names the colour
+    The JSON form of a colour is an object whose key "model" names the colour
     model, with one key per component beside it:
 
-    | QColor spec   | "spec"        | component keys        |
+    | QColor model  | "model"        | component keys        |
     |---------------|---------------|-----------------------|
     | Invalid       | "invalid"     | none                  |
     | Rgb           | "rgb"         | "r", "g", "b", "a"    |
@@ -32,12 +32,12 @@
     A reader takes word = round(value * 65535) (hue: round(value * 100)), so a
     colour comes back exactly as it was written: Convert(Convert(c), d) gives
     d == c for every colour that QColor's API makes, the invalid QColor()
-    included, and keeps its spec. An infinite or NaN component of an extended
+    included, and keeps its colour model. An infinite or NaN component of an extended
     colour survives in the QJsonValue, but JSON text cannot carry it (it is
     written as null), and a null component reads as no colour.
 
-    Examples: QColor(255, 0, 0) is {"spec": "rgb", "r": 1, "g": 0, "b": 0, "a": 1};
-    QColor() is {"spec": "invalid"}.
+    Examples: QColor(255, 0, 0) is {"model": "rgb", "r": 1, "g": 0, "b": 0, "a": 1};
+    QColor() is {"model": "invalid"}.
 
     For documents written by hand the reader also accepts an array of three or
     four integers from 0 to 255, [r, g, b] or [r, g, b, a], as QColor(r, g, b, a)
@@ -55,7 +55,7 @@ public:
         Answers false, and leaves \a color untouched, when the value is no
         colour: not an object or array (a number, a string, null), an array of
         another size than 3 or 4 or with an element that is no integer from 0 to
-        255, an object without a known "spec", or an object with a component
+        255, an object without a known "model", or an object with a component
         missing, not a number, or out of its range.
     */
     static bool Convert(const QJsonValue &value, QColor &color);
