@@ -22,15 +22,15 @@ constexpr quint64 mix(quint64 key, quint64 seed) noexcept
 size_t qHash(const QColor &color, size_t seed) noexcept
 {
     KEZSysColorWords::Words words = KEZSysColorWords::FromColor(color);
-    if (words.colorSpec == QColor::Hsv)
+    if (words.colorModel == QColor::Hsv)
         words.word[1] = quint16(words.word[1] % 36000);   // hues compare modulo a full turn
-    if (words.colorSpec == QColor::ExtendedRgb) {
+    if (words.colorModel == QColor::ExtendedRgb) {
         for (quint16 &word : words.word) {
             if (word == 0x8000)
                 word = 0;                                   // -0.0 equals +0.0
         }
     }
-    const quint64 k1 = (quint64(quint8(words.colorSpec)) << 32) | (quint64(words.word[0]) << 16)
+    const quint64 k1 = (quint64(quint8(words.colorModel)) << 32) | (quint64(words.word[0]) << 16)
                        | quint64(words.word[1]);
     const quint64 k2 = (quint64(words.word[2]) << 32) | (quint64(words.word[3]) << 16)
                        | quint64(words.word[4]);

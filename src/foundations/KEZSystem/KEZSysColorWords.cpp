@@ -43,8 +43,9 @@ Words FromColor(const QColor &color)
     // Read through the accessors, which cost no allocation; the padding word,
     // which no accessor shows, is 0 in every colour that QColor's API makes.
     Words words;
-    words.colorSpec = qint8(color.spec());
-    switch (color.spec()) {
+    const int model = ModelOf(color);
+    words.colorModel = qint8(model);
+    switch (model) {
     case QColor::Invalid:
     case QColor::Rgb: {
         const QRgba64 rgba = color.rgba64();
@@ -92,7 +93,7 @@ QColor ToColor(const Words &words)
     {
         QDataStream out(&bytes, QIODevice::WriteOnly);
         out.setVersion(QDataStream::Qt_6_0);
-        out << words.colorSpec;
+        out << words.colorModel;
         for (quint16 word : words.word)
             out << word;
     }

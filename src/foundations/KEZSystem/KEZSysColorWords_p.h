@@ -9,10 +9,17 @@
 
 namespace KEZSysColorWords {
 
+//! The colour model of a colour as QColor numbers it: QColor::Invalid, Rgb, Hsv,
+//! Cmyk, Hsl or ExtendedRgb. The one place that asks QColor for it.
+inline int ModelOf(const QColor &color)
+{
+    return int(color.spec());
+}
+
 //! A colour's model and its five 16-bit words: alpha, three components, black or padding.
 struct Words
 {
-    qint8 colorSpec = 0;
+    qint8 colorModel = 0;
     quint16 word[5] = {0, 0, 0, 0, 0};
 };
 

@@ -24,7 +24,7 @@ constexpr quint16 noHue = 0xffff;
 
 struct Model
 {
-    QColor::Spec colorSpec;
+    int colorModel;         // QColor::Rgb, QColor::Hsv, ...
     const char *name;
     const char *keys[4];   // component keys in word order 1..4; null when unused
     int hueIndex;          // word index of a hue, -1 when the model has none
@@ -38,10 +38,10 @@ const Model models[] = {
     {QColor::ExtendedRgb, "extendedRgb", {"r", "g", "b", nullptr}, -1},
 };
 
-const Model *findModel(QColor::Spec colorSpec)
+const Model *findModel(int colorModel)
 {
     for (const Model &model : models) {
-        if (model.colorSpec == colorSpec)
+        if (model.colorModel == colorModel)
             return &model;
     }
     return nullptr;
@@ -78,7 +78,7 @@ quint16 doubleToHalf(double value)
 // Writes one word as its JSON number.
 QJsonValue wordToJson(const Model &model, int index, quint16 word)
 {
-    if (model.colorSpec == QColor::ExtendedRgb)
+    if (model.colorModel == QColor::ExtendedRgb)
         return halfToDouble(word);
     if (index == model.hueIndex)
         return word == noHue ? -1.0 : word / 100.0;
@@ -91,7 +91,7 @@ bool jsonToWord(const Model &model, int index, const QJsonValue &value, quint16 
     if (!value.isDouble())
         return false;
     const double number = value.toDouble();
-    if (model.colorSpec == QColor::ExtendedRgb) {
+    if (model.colorModel == QColor::ExtendedRgb) {
         word = doubleToHalf(number);
         return true;
     }
@@ -148,7 +148,7 @@ bool colorFromObject(const QJsonObject &object, QColor &color)
         return false;
 
     Words words;
-    words.colorSpec = qint8(model->colorSpec);
+    words.colorModel = qint8(model->colorModel);
     if (!jsonToWord(*model, 0, object.value(QLatin1String(alphaKey)), words.word[0]))
         return false;
     for (int i = 0; i < 4; ++i) {
@@ -167,7 +167,7 @@ bool colorFromObject(const QJsonObject &object, QColor &color)
 QJsonValue KEZSysJsonConverters::Convert(const QColor &color)
 {
     QJsonObject object;
-    const Model *model = findModel(color.spec());
+    const Model *model = findModel(KEZSysColorWords::ModelOf(color));
     if (!model) {
         object.insert(QLatin1String(modelKey), QStringLiteral("invalid"));
         return object;
