@@ -132,20 +132,31 @@ QList<KEZVisObject *> KEZVisEnvironmentObjectList::ToObjectList() const
 
 void KEZVisEnvironmentObjectList::Compact() const
 {
+    // In place unless a handed-out list still shares the slots: a fresh
+    // allocation of the whole list on every compaction would cost a copy, and
+    // glibc merges all recently freed small chunks at the next large request,
+    // which in a scene being torn down means the memory of every dead object.
+    if (m_slots.isDetached())
+        m_slots.resize(CompactInto(m_slots.data()));
+    else
+        CompactIntoCopy();
+}
+
+qsizetype KEZVisEnvironmentObjectList::CompactInto(KEZVisVirtualObject **target) const
+{
     // Removal takes every occurrence of an object at once, so the live slots of
-    // an object keep their kinds: its first live slot stays its first.
-    QList<KEZVisVirtualObject *> compacted;
-    compacted.reserve(m_slots.size() - m_dead);
-    std::vector<SlotKind> kinds;
-    kinds.reserve(size_t(m_slots.size() - m_dead));
+    // an object keep their kinds: its first live slot stays its first. Slots
+    // only move towards the front, so reading slot i after writing slot
+    // index <= i is safe.
     m_more.clear();
     const qsizetype size = m_slots.size();
+    const KEZVisVirtualObject *const *source = m_slots.constData();
+    qsizetype index = 0;
     for (qsizetype i = 0; i < size; ++i) {
         const SlotKind kind = m_kinds[size_t(i)];
         if (kind == Dead)
             continue;
-        KEZVisVirtualObject *object = m_slots.at(i);
-        const qsizetype index = compacted.size();
+        KEZVisVirtualObject *object = const_cast<KEZVisVirtualObject *>(source[i]);
         switch (kind) {
         case RecordFirst:
             KEZVisObjectPrivate::get(object)->listIndex = index;
@@ -159,10 +170,18 @@ void KEZVisEnvironmentObjectList::Compact() const
         case Dead:
             break;
         }
-        compacted.append(object);
-        kinds.push_back(kind);
+        target[index] = object;
+        m_kinds[size_t(index)] = kind;
+        ++index;
     }
-    m_slots = std::move(compacted);
-    m_kinds = std::move(kinds);
+    m_kinds.resize(size_t(index));
     m_dead = 0;
+    return index;
+}
+
+void KEZVisEnvironmentObjectList::CompactIntoCopy() const
+{
+    QList<KEZVisVirtualObject *> compacted(m_slots.size() - m_dead);
+    CompactInto(compacted.data());
+    m_slots = std::move(compacted);
 }

@@ -76,6 +76,10 @@ private:
     };
 
     void Compact() const;
+    // Writes the live slots in order to \a target, which may be the slots
+    // themselves, renumbers the indices and the kinds, and answers the count.
+    qsizetype CompactInto(KEZVisVirtualObject **target) const;
+    void CompactIntoCopy() const;
 
     const KEZVisEnvironment *m_environment;
     mutable QList<KEZVisVirtualObject *> m_slots;

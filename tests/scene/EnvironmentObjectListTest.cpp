@@ -500,3 +500,53 @@ TEST(EnvironmentObjectList, OrderThroughLongRunsOfOwnObjectsWithDuplicatesMatche
     for (int e = 0; e < 2; ++e)
         EXPECT_EQ(AsObjects(run.environments[e]->GetVirtualObjects()), run.Expected(e));
 }
+
+// Squeezing out dead slots happens in place while nobody else holds the list,
+// and on a copy while a listing handed out earlier still shares it: the
+// listing keeps what it showed.
+TEST(EnvironmentObjectList, SqueezingLeavesAListingHandedOutEarlierAsItWas)
+{
+    KEZVisEnvironment environment;
+    std::vector<std::unique_ptr<KEZVisVirtualObject>> objects;
+    std::vector<KEZVisObject *> model;
+    for (int i = 0; i < 400; ++i) {
+        objects.emplace_back(new KEZVisVirtualObject(&environment));
+        environment.AddVirtualObject(objects.back().get());
+        model.push_back(objects.back().get());
+    }
+    const QList<KEZVisVirtualObject *> handedOut = environment.GetVirtualObjects();
+    const QList<KEZVisObject *> shown = AsObjects(handedOut);
+
+    // Three quarters go while the listing is held: the list is squeezed on a copy.
+    for (int i = 0; i < 400; ++i) {
+        if (i % 4 != 0)
+            environment.RemoveVirtualObject(objects[size_t(i)].get());
+    }
+    model.erase(std::remove_if(model.begin(), model.end(),
+                               [&](KEZVisObject *object) {
+                                   const auto at = std::find_if(objects.begin(), objects.end(),
+                                                                [object](const auto &o) { return o.get() == object; });
+                                   return (at - objects.begin()) % 4 != 0;
+                               }),
+                model.end());
+    EXPECT_EQ(AsObjects(handedOut), shown);
+    EXPECT_EQ(environment.GetObjects(), QList<KEZVisObject *>(model.begin(), model.end()));
+
+    // With no listing held, further removals squeeze in place; the places kept
+    // in the objects' records still find them afterwards.
+    for (size_t i = 0; i < objects.size(); i += 8)
+        objects[i].reset();
+    model.erase(std::remove_if(model.begin(), model.end(),
+                               [&](KEZVisObject *object) {
+                                   return std::none_of(objects.begin(), objects.end(),
+                                                       [object](const auto &o) { return o.get() == object; });
+                               }),
+                model.end());
+    EXPECT_EQ(environment.GetObjects(), QList<KEZVisObject *>(model.begin(), model.end()));
+    for (size_t i = 4; i < objects.size(); i += 8) {
+        EXPECT_TRUE(environment.GetObjects().contains(objects[i].get()));
+        environment.RemoveVirtualObject(objects[i].get());
+    }
+    EXPECT_TRUE(environment.GetObjects().isEmpty());
+    EXPECT_TRUE(environment.GetVirtualObjects().isEmpty());
+}
