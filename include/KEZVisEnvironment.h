@@ -335,6 +335,11 @@ protected:
         removals) goes out, the pending sets are cleared and the batch closes.
         With nothing pending and no batch held, nothing happens.
 
+        Within the additions, and within the removals, the order of the state
+        signals is unspecified: the objects are visited in order of their
+        addresses, which is cheapest for memory in large scenes. Don't rely
+        on it.
+
         Listeners run inside the commit. One that destroys an object takes it
         out of the pending sets at once, and the commit skips it. One that lets
         an exception escape doesn't leave the environment stuck: the commit

@@ -59,6 +59,13 @@ public:
     QSet<KEZVisObject *> preselection;
     QSet<KEZVisObject *> pendingAdditions;
     QSet<KEZVisObject *> pendingRemovals;
+    /*
+        Counts the events that may take entries out of the pending sets while a
+        commit calls out to listeners (an object's death, the end of a nested
+        commit). A commit that sees it unchanged knows that every object of its
+        snapshot is still pending, without a lookup per object.
+    */
+    quint64 pendingShrinks = 0;
     int batchCount = 0;
     int batchSelectionCount = 0;
     KEZVisEnvironmentBatchContext *selectionScope = nullptr;  // owned

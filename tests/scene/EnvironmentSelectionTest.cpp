@@ -15,7 +15,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
+#include <vector>
 
 using namespace SceneTest;
 
@@ -902,4 +904,81 @@ TEST(EnvironmentSelection, ObjectDestroyedByAStateListenerDuringTheCommitIsSkipp
     ASSERT_NE(survivor, nullptr);
     EXPECT_EQ(selection, QSet<KEZVisObject *>({survivor}));
     EXPECT_EQ(survivor->GetSelectionState(), KEZVisObject::Selected);
+}
+
+// The order within the additions and within the removals is unspecified; the
+// environment visits them by address, so that large selections walk memory in
+// order. Pinned, so that a change of it is a conscious one.
+TEST(EnvironmentSelection, StateSignalsOfOneGroupComeInOrderOfTheObjectsAddresses)
+{
+    KEZVisEnvironment environment;
+    std::vector<std::unique_ptr<KEZVisVirtualObject>> objects;
+    QList<KEZVisObject *> signalled;
+    QSet<KEZVisObject *> all;
+    for (int i = 0; i < 300; ++i) {
+        objects.emplace_back(new KEZVisVirtualObject(&environment));
+        KEZVisObject *object = objects.back().get();
+        QObject::connect(object, &KEZVisObject::SelectionStateChanged, object,
+                         [object, &signalled]() { signalled.append(object); });
+        environment.AddVirtualObject(objects.back().get());
+        all.insert(object);
+    }
+    const auto expectAscendingAddresses = [&signalled]() {
+        ASSERT_EQ(signalled.size(), 300);
+        for (qsizetype i = 1; i < signalled.size(); ++i)
+            ASSERT_TRUE(std::less<KEZVisObject *>()(signalled.at(i - 1), signalled.at(i))) << "at " << i;
+    };
+
+    ASSERT_TRUE(environment.SetSelection(all));
+    expectAscendingAddresses();
+    signalled.clear();
+
+    ASSERT_TRUE(environment.SetSelection({}));
+    expectAscendingAddresses();
+    for (const auto &object : objects)
+        EXPECT_EQ(object->GetSelectionState(), KEZVisObject::NotSelected);
+}
+
+// Deaths during a commit are noticed for every object after them, not only
+// for the next one.
+TEST(EnvironmentSelection, ObjectsDestroyedByTheFirstStateListenerOfALargeCommitAreAllSkipped)
+{
+    KEZVisEnvironment environment;
+    std::vector<std::unique_ptr<KEZVisVirtualObject>> objects;
+    QSet<KEZVisObject *> all;
+    for (int i = 0; i < 100; ++i) {
+        objects.emplace_back(new KEZVisVirtualObject(&environment));
+        environment.AddVirtualObject(objects.back().get());
+        all.insert(objects.back().get());
+    }
+    int stateSignals = 0;
+    bool destroyed = false;
+    for (const auto &object : objects) {
+        QObject::connect(object.get(), &KEZVisObject::SelectionStateChanged, object.get(), [&, self = object.get()]() {
+            ++stateSignals;
+            if (destroyed)
+                return;
+            destroyed = true;
+            // Every other object with an odd index dies, wherever it lies.
+            for (size_t i = 1; i < objects.size(); i += 2) {
+                if (objects[i].get() != self)
+                    objects[i].reset();
+            }
+        });
+    }
+    QSignalSpy changes(&environment, &KEZVisEnvironment::VisualizationSelectionChanged);
+    ASSERT_TRUE(environment.SetSelection(all));
+
+    int living = 0;
+    for (const auto &object : objects) {
+        if (!object)
+            continue;
+        ++living;
+        EXPECT_EQ(object->GetSelectionState(), KEZVisObject::Selected);
+    }
+    EXPECT_EQ(stateSignals, living);
+    EXPECT_EQ(environment.GetVisualizationSelection().size(), living);
+    ASSERT_EQ(changes.count(), 1);
+    // The set handed to listeners is the pending set at the end: the living objects only.
+    EXPECT_EQ(changes.at(0).at(0).value<QSet<KEZVisObject *>>(), environment.GetVisualizationSelection());
 }
