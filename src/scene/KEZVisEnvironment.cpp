@@ -97,14 +97,14 @@ std::vector<KEZVisObject *> inAddressOrder(const QSet<KEZVisObject *> &set)
     Before the selection state of objects[i] changes, asks the memory of the
     objects a few places further on into the cache. Even in address order the
     records of the objects needn't lie together, and each change of state
-    reads three records one
-    after the other (the object, its private record, and the QObject record
-    that the signals consult); in large scenes waiting for these reads costs
-    more than the work. The object itself is asked for far ahead; nearer, when
-    it has arrived, the two records whose addresses it holds. Nothing is
-    written and nothing is called, so it changes no behaviour. Reading those
-    addresses needs a living object: once any object has died since
-    \a deaths was taken, only the objects' own addresses are prefetched.
+    reads three records one after the other (the object, its private record,
+    and the QObject record that the signals consult); in large scenes waiting
+    for these reads costs more than the work. The object itself is asked for
+    far ahead; nearer, when it has arrived, the two records whose addresses it
+    holds. Nothing is written and nothing is called, so it changes no
+    behaviour. Reading those addresses needs a living object: once any object
+    has died since \a deaths was taken, only the objects' own addresses are
+    prefetched.
 */
 void prefetchObjectsAhead(const std::vector<KEZVisObject *> &objects, size_t i, quint64 deaths)
 {
