@@ -38,13 +38,18 @@ public:
     */
     static quint64 DeathCount();
 
+    // The fields that adding, removing and commits read come first, so that
+    // in large scenes those operations touch a single cache line of the record.
     KEZVisObject *q_ptr;
     const KEZVisRep *rep = nullptr;
     KEZVisObject::SelectionState selectionState = KEZVisObject::NotSelected;
+    /*
+        Set when the object's destructor begins. A dying object that a listener
+        lists again is listed like an object of another environment, without an
+        index in this record, which is about to go.
+    */
+    bool dying = false;
     QPointer<const KEZVisEnvironment> environment;
-    // The rep's box is asked lazily from const accessors, hence mutable.
-    mutable bool boundingBoxValid = false;
-    mutable KEZMathBoundingBox boundingBox;
     /*
         The list of this object's own environment while the object is listed
         there, and the index of its first slot in it, kept and read by that
@@ -53,12 +58,9 @@ public:
     */
     const KEZVisEnvironmentObjectList *listedIn = nullptr;
     qsizetype listIndex = -1;
-    /*
-        Set when the object's destructor begins. A dying object that a listener
-        lists again is listed like an object of another environment, without an
-        index in this record, which is about to go.
-    */
-    bool dying = false;
+    // The rep's box is asked lazily from const accessors, hence mutable.
+    mutable bool boundingBoxValid = false;
+    mutable KEZMathBoundingBox boundingBox;
 
 private:
     Q_DISABLE_COPY(KEZVisObjectPrivate)
