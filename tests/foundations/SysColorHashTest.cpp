@@ -71,12 +71,46 @@ TEST(SysColorHash, MatchesTheWordsOfTheStreamFormForManyColours)
         EXPECT_EQ(qHash(color), referenceHash(color)) << color.name(QColor::HexArgb).toStdString();
 }
 
+// The model read without allocation is the one that QColor's stream form
+// names in its first byte, for every model, including the colours whose red
+// is one half already and the RGB colour whose red word is closest to a half.
+TEST(SysColorHash, ModelOfAColourIsTheOneItsStreamFormNames)
+{
+    const QColor halfRed = QColor::fromRgba64(32768, 0, 0);
+    QList<QColor> colors = {QColor(), halfRed, QColor::fromRgbF(0.5f, 0.5f, 0.5f).toExtendedRgb(),
+                            QColor::fromRgbF(0.5f, 2.0f, -1.0f), QColor::fromRgbF(0.0f, 0.0f, 0.0f, 0.0f),
+                            QColor::fromHsv(-1, 0, 0), QColor::fromHsl(-1, 0, 255), QColor::fromCmykF(1, 1, 1, 1, 1)};
+    for (const QColor &base : {halfRed, QColor(Qt::white), QColor(Qt::transparent)})
+        colors << base.toHsv() << base.toHsl() << base.toCmyk() << base.toExtendedRgb();
+    QRandomGenerator random(78);
+    for (int i = 0; i < 300; ++i) {
+        const QColor rgb = QColor::fromRgba64(ushort(random.bounded(65536)), ushort(random.bounded(65536)),
+                                              ushort(random.bounded(65536)), ushort(random.bounded(65536)));
+        colors << rgb << rgb.toHsv() << rgb.toHsl() << rgb.toCmyk() << rgb.toExtendedRgb();
+    }
+    QList<int> seen;
+    for (const QColor &color : colors) {
+        QByteArray bytes;
+        {
+            QDataStream out(&bytes, QIODevice::WriteOnly);
+            out.setVersion(QDataStream::Qt_6_0);
+            out << color;
+        }
+        const int streamed = int(qint8(bytes.at(0)));
+        EXPECT_EQ(KEZSysColorWords::ModelOf(color), streamed) << color.name(QColor::HexArgb).toStdString();
+        if (!seen.contains(streamed))
+            seen << streamed;
+    }
+    // Every model took part.
+    EXPECT_EQ(seen.size(), 6);
+}
+
 TEST(SysColorHash, IsSixtyFourBitsWide)
 {
     EXPECT_EQ(sizeof(qHash(QColor())), 8u);
 }
 
-TEST(SysColorHash, HashesSpecAndWordsOfAnOpaqueRed)
+TEST(SysColorHash, HashesModelAndWordsOfAnOpaqueRed)
 {
     // QColor(255, 0, 0): model Rgb (1); words alpha 0xffff, red 0xffff, green 0, blue 0, pad 0.
     const std::uint64_t k1 = (std::uint64_t(1) << 32) | (std::uint64_t(0xffff) << 16) | 0xffff;

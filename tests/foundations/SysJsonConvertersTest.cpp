@@ -81,7 +81,7 @@ QList<QColor> manyColors()
 
 } // namespace
 
-TEST(SysJsonConverters, WritesAnRgbColourAsSpecAndUnitComponents)
+TEST(SysJsonConverters, WritesAnRgbColourAsModelAndUnitComponents)
 {
     const QJsonObject expected{{"model", "rgb"}, {"r", 1.0}, {"g", 0.0}, {"b", 0.0}, {"a", 1.0}};
     EXPECT_EQ(KEZSysJsonConverters::Convert(QColor(255, 0, 0)), QJsonValue(expected));
@@ -95,7 +95,7 @@ TEST(SysJsonConverters, WritesEightBitComponentsAsTheirSixteenBitFraction)
     EXPECT_EQ(KEZSysJsonConverters::Convert(QColor(128, 0, 255, 0)), QJsonValue(expected));
 }
 
-TEST(SysJsonConverters, WritesTheInvalidColourAsItsSpecAlone)
+TEST(SysJsonConverters, WritesTheInvalidColourAsItsModelAlone)
 {
     const QJsonObject expected{{"model", "invalid"}};
     EXPECT_EQ(KEZSysJsonConverters::Convert(QColor()), QJsonValue(expected));

@@ -135,15 +135,15 @@ bool colorFromArray(const QJsonArray &array, QColor &color)
 
 bool colorFromObject(const QJsonObject &object, QColor &color)
 {
-    const QJsonValue specValue = object.value(QLatin1String(modelKey));
-    if (!specValue.isString())
+    const QJsonValue modelValue = object.value(QLatin1String(modelKey));
+    if (!modelValue.isString())
         return false;
-    const QString specName = specValue.toString();
-    if (specName == QLatin1String("invalid")) {
+    const QString modelName = modelValue.toString();
+    if (modelName == QLatin1String("invalid")) {
         color = QColor();
         return true;
     }
-    const Model *model = findModel(specName);
+    const Model *model = findModel(modelName);
     if (!model)
         return false;
 
