@@ -134,7 +134,6 @@ void prefetchObjectsAhead(const std::vector<KEZVisObject *> &objects, size_t i, 
 
 KEZVisEnvironmentPrivate::KEZVisEnvironmentPrivate(KEZVisEnvironment *q)
     : QObject(nullptr)
-    , objects(q)
     , q_ptr(q)
 {
 }
@@ -148,6 +147,12 @@ KEZVisEnvironmentPrivate::~KEZVisEnvironmentPrivate()
     // is left for a private object deleted on its own.
     delete selectionScope;
     selectionScope = nullptr;
+}
+
+quint64 KEZVisEnvironmentPrivate::ListSerialOf(const KEZVisEnvironment *environment)
+{
+    const KEZVisEnvironmentPrivate *d = environment ? environment->d_ptr : nullptr;
+    return d ? d->objects.Serial() : 0;
 }
 
 void KEZVisEnvironmentPrivate::ObjectDestroyed(const KEZVisEnvironment *environment, KEZVisObject *object)

@@ -11,7 +11,6 @@
 #include <cstdint>
 #include <vector>
 
-class KEZVisEnvironment;
 class KEZVisObject;
 class KEZVisVirtualObject;
 
@@ -40,8 +39,8 @@ class KEZVisVirtualObject;
 class KEZVisEnvironmentObjectList
 {
 public:
-    //! A list for the objects of \a environment.
-    explicit KEZVisEnvironmentObjectList(const KEZVisEnvironment *environment);
+    //! An empty list with a serial number not given to any list before.
+    KEZVisEnvironmentObjectList();
     //! Forgets the indices kept in the records of the listed objects.
     ~KEZVisEnvironmentObjectList();
 
@@ -57,6 +56,13 @@ public:
     QList<KEZVisVirtualObject *> List() const;
     //! A new list of the live entries in order.
     QList<KEZVisObject *> ToObjectList() const;
+    /*
+        Names this list for the records of the objects made for its
+        environment (KEZVisObjectPrivate::environmentListSerial). Serials are
+        never reused, so unlike an address, a serial can't come to name a new
+        list after its own has gone.
+    */
+    quint64 Serial() const { return m_serial; }
     //! The number of live entries.
     qsizetype Count() const { return m_slots.size() - m_dead; }
     /*
@@ -81,7 +87,7 @@ private:
     qsizetype CompactInto(KEZVisVirtualObject **target) const;
     void CompactIntoCopy() const;
 
-    const KEZVisEnvironment *m_environment;
+    const quint64 m_serial;
     mutable QList<KEZVisVirtualObject *> m_slots;
     mutable std::vector<SlotKind> m_kinds;
     // Keyed by the base class: a dying object is no longer a KEZVisVirtualObject.

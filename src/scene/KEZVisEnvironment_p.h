@@ -38,6 +38,9 @@ public:
     */
     static void ObjectDestroyed(const KEZVisEnvironment *environment, KEZVisObject *object);
 
+    //! The serial of the object list of \a environment; 0 for null or a dying environment.
+    static quint64 ListSerialOf(const KEZVisEnvironment *environment);
+
     //! Opens a batch; BatchStarted() goes out if it is the outermost.
     void StartBatch();
     //! Closes a batch; raises "batch count already zero" if none is open.

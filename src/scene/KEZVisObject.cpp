@@ -22,6 +22,7 @@ quint64 KEZVisObjectPrivate::DeathCount()
 
 KEZVisObjectPrivate::KEZVisObjectPrivate(KEZVisObject *q, const KEZVisEnvironment *environment)
     : q_ptr(q)
+    , environmentListSerial(KEZVisEnvironmentPrivate::ListSerialOf(environment))
     , environment(environment)
 {
 }

@@ -41,15 +41,6 @@ public:
     // The fields that adding, removing and commits read come first, so that
     // in large scenes those operations touch a single cache line of the record.
     KEZVisObject *q_ptr;
-    const KEZVisRep *rep = nullptr;
-    KEZVisObject::SelectionState selectionState = KEZVisObject::NotSelected;
-    /*
-        Set when the object's destructor begins. A dying object that a listener
-        lists again is listed like an object of another environment, without an
-        index in this record, which is about to go.
-    */
-    bool dying = false;
-    QPointer<const KEZVisEnvironment> environment;
     /*
         The list of this object's own environment while the object is listed
         there, and the index of its first slot in it, kept and read by that
@@ -58,6 +49,21 @@ public:
     */
     const KEZVisEnvironmentObjectList *listedIn = nullptr;
     qsizetype listIndex = -1;
+    /*
+        The serial of the object list of the environment the object was made
+        for (KEZVisEnvironmentObjectList::Serial()), or 0 for none; the list
+        tells its own objects by it.
+    */
+    const quint64 environmentListSerial;
+    KEZVisObject::SelectionState selectionState = KEZVisObject::NotSelected;
+    /*
+        Set when the object's destructor begins. A dying object that a listener
+        lists again is listed like an object of another environment, without an
+        index in this record, which is about to go.
+    */
+    bool dying = false;
+    const KEZVisRep *rep = nullptr;
+    QPointer<const KEZVisEnvironment> environment;
     // The rep's box is asked lazily from const accessors, hence mutable.
     mutable bool boundingBoxValid = false;
     mutable KEZMathBoundingBox boundingBox;

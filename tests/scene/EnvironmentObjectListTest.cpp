@@ -550,3 +550,38 @@ TEST(EnvironmentObjectList, SqueezingLeavesAListingHandedOutEarlierAsItWas)
     EXPECT_TRUE(environment.GetObjects().isEmpty());
     EXPECT_TRUE(environment.GetVirtualObjects().isEmpty());
 }
+
+// An object outlives the environment it was made for, and a new environment
+// comes to life at the very same address. The object doesn't belong to the
+// new one: it reports its death to nobody, so the new list must find it
+// without its record and never touch it after it has gone (the sanitizer run
+// catches a touch).
+TEST(EnvironmentObjectList, ObjectOfADeadEnvironmentIsAStrangerToANewOneAtTheSameAddress)
+{
+    alignas(KEZVisEnvironment) unsigned char storage[sizeof(KEZVisEnvironment)];
+    auto *first = new (storage) KEZVisEnvironment;
+    auto *object = new KEZVisVirtualObject(first);
+    first->~KEZVisEnvironment();
+
+    auto *second = new (storage) KEZVisEnvironment;
+    ASSERT_EQ(static_cast<void *>(second), static_cast<void *>(first));
+    EXPECT_EQ(object->GetEnvironment(), nullptr);
+    SignalCounter counter(second);
+
+    second->AddVirtualObject(object);
+    second->AddVirtualObject(object);
+    EXPECT_EQ(second->GetObjects(), (QList<KEZVisObject *>{object, object}));
+    second->RemoveVirtualObject(object);
+    EXPECT_TRUE(second->GetObjects().isEmpty());
+    EXPECT_EQ(counter.removed, 1);
+
+    second->AddVirtualObject(object);
+    KEZVisObject *const gone = object;
+    delete object;
+    // No report of the death: the entry stays, and is only compared from now on.
+    EXPECT_EQ(counter.removed, 1);
+    EXPECT_EQ(second->GetObjects(), QList<KEZVisObject *>{gone});
+    second->RemoveVirtualObject(static_cast<KEZVisVirtualObject *>(nullptr));
+    EXPECT_EQ(second->GetObjects(), QList<KEZVisObject *>{gone});
+    second->~KEZVisEnvironment();
+}
