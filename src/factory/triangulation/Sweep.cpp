@@ -1123,7 +1123,7 @@ void Sweep::Run(std::vector<Triangle> &out)
         SweepPoints();
     } catch (const std::runtime_error &error) {
         // The sweep ends here; what exists so far is finalized below.
-            m_legalize.clear();
+        m_legalize.clear();
         if (m_hooks)
             m_hooks->caughtError = error.what();
     }
