@@ -8,6 +8,7 @@
 // output: the factory's CPU time divided by the triangulator's, and for each family how much longer a
 // tenfold input takes. On a shared machine run it with --benchmark_repetitions=5 (or more), and the table
 // takes the medians.
+#include "CpuTimeReporter.h"
 #include "triangulation/CDT.h"
 
 #include <KEZVisRepFactory.h>
@@ -20,7 +21,6 @@
 #include <map>
 #include <memory>
 #include <random>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -156,27 +156,10 @@ const std::vector<Family> &Families()
     return families;
 }
 
-// Keeps every run's CPU time and prints the ratios after the usual output. CPU time, because on a
-// busy machine the wall time of both sides suffers from whatever else runs; with
-// --benchmark_repetitions the median of the repetitions.
-class RatioReporter : public benchmark::ConsoleReporter
+// Prints the ratios after the usual output.
+class RatioReporter : public CpuTimeReporter
 {
 public:
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        for (const Run &run : runs) {
-            if (run.error_occurred)
-                continue;
-            if (run.run_type == Run::RT_Iteration && m_medians.count(run.run_name.str()) == 0)
-                m_cpu[run.run_name.str()] = run.GetAdjustedCPUTime();
-            if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median") {
-                m_cpu[run.run_name.str()] = run.GetAdjustedCPUTime();
-                m_medians.insert(run.run_name.str());
-            }
-        }
-        ConsoleReporter::ReportRuns(runs);
-    }
-
     void PrintRatios() const
     {
         std::printf("\nCPU time in ms; the factory divided by the triangulator alone; the factory's time over\n"
@@ -200,16 +183,6 @@ public:
             }
         }
     }
-
-private:
-    double Time(const std::string &name) const
-    {
-        const auto it = m_cpu.find(name);
-        return it == m_cpu.end() ? -1.0 : it->second;
-    }
-
-    std::map<std::string, double> m_cpu;
-    std::set<std::string> m_medians;
 };
 
 } // namespace

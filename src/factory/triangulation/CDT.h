@@ -21,6 +21,12 @@ namespace p2t {
 // such triangulations exist (four or more co-circular points) the result is still a deterministic
 // function of the input.
 //
+// Cost: about n log n for n points where the Delaunay triangulation of the points below the sweep line
+// differs from that of all points only near the line, as it does on outlines of many features and on
+// polygons with many holes. On an outline along one long smooth curve (an egg shape, a few broad
+// lobes) it differs in a part that grows with the input, every swept point sets off flips there, and
+// the time grows about with the square of the number of points.
+//
 // Input conventions:
 // - Rings are closed implicitly: the last point connects to the first. Orientation does not matter;
 //   the inside of the outline is the side its signed area says.
