@@ -162,6 +162,22 @@ TEST(TriangulatorVersusCgal, StarsGiveCgalsTriangles)
     EXPECT_TRUE(MatchesCgal(Star(30000, 6)));
 }
 
+// Smooth outlines: their edges are Delaunay already, and the sweep's legalisation does nearly all the
+// work (an egg's points below the sweep line are triangulated quite unlike all of them).
+TEST(TriangulatorVersusCgal, SmoothOutlinesGiveCgalsTriangles)
+{
+    struct Shape
+    {
+        int points;
+        double lobes, amplitude;
+    };
+    for (const Shape &shape : {Shape{3000, 64.0, 0.2}, Shape{2000, 4.0, 0.2}, Shape{1500, 1.0, 0.3}}) {
+        const Polygon polygon = Rosette(shape.points, shape.lobes, shape.amplitude);
+        EXPECT_TRUE(MatchesCgal(polygon)) << shape.lobes << " lobes";
+        EXPECT_TRUE(IsValidTriangulation(polygon, Triangulate(polygon).triangles)) << shape.lobes << " lobes";
+    }
+}
+
 TEST(TriangulatorVersusCgal, JitteredHoleGridsGiveCgalsTriangles)
 {
     for (int rows : {1, 3, 10, 40})

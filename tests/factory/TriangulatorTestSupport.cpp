@@ -341,6 +341,18 @@ Polygon Star(int points, std::uint32_t seed, double scale, double offsetX, doubl
     return polygon;
 }
 
+Polygon Rosette(int points, double lobes, double amplitude)
+{
+    Polygon polygon;
+    const double pi = std::acos(-1.0);
+    for (int k = 0; k < points; ++k) {
+        const double angle = 2.0 * pi * k / points;
+        const double r = 1.0 + amplitude * std::sin(lobes * angle);
+        polygon.outline.push_back({r * std::cos(angle), r * std::sin(angle)});
+    }
+    return polygon;
+}
+
 Polygon RegularHoleGrid(int rows, double size)
 {
     Polygon polygon;

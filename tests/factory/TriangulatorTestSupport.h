@@ -67,6 +67,8 @@ std::string PolygonFilePath(const std::string &name);
 // Generators, deterministic for a given seed.
 Polygon Star(int points, std::uint32_t seed, double scale = 1.0, double offsetX = 0.0, double offsetY = 0.0);
 // A square outline with rows x rows square holes on a regular grid.
+// An outline of `points` points evenly spaced in angle on the curve r = 1 + amplitude sin(lobes angle).
+Polygon Rosette(int points, double lobes, double amplitude);
 Polygon RegularHoleGrid(int rows, double size = 1000.0);
 // A square outline with rows x rows quadrilateral holes, each jittered inside its own cell.
 Polygon JitteredHoleGrid(int rows, std::uint32_t seed, double size = 1000.0);
