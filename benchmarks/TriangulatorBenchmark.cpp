@@ -1,10 +1,11 @@
 // The triangulator against CGAL's constrained Delaunay triangulation.
 //
 // Inputs: star-shaped outlines of 1,000 to 1,000,000 points, flower-shaped and egg-shaped outlines of
-// 1,000 to 100,000 points, and a square outline with 100 to 10,000 square holes. For each input the benchmark times our triangulator (building the CDT,
-// triangulating, collecting the triangles; the points exist beforehand), and, when CGAL is at hand,
-// CGAL's Constrained_Delaunay_triangulation_2 with the constraints inserted one by one and with its
-// bulk insert_constraints (the triangulation only, without marking the inside). A table of ratios
+// 1,000 to 100,000 points, and a square outline with 100 to 10,000 square holes. For each input the
+// benchmark times our triangulator (building the CDT, triangulating, collecting the triangles; the
+// points exist beforehand), and, when CGAL is at hand, CGAL's Constrained_Delaunay_triangulation_2 with
+// the constraints inserted one by one and with its bulk insert_constraints (the triangulation only,
+// without marking the inside). A table of ratios
 // (our CPU time divided by CGAL's, and how much longer a tenfold input of a family takes) follows the
 // usual output. On a shared machine run it with --benchmark_repetitions=5 (or more), and the table
 // takes the medians.
