@@ -18,6 +18,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -50,7 +52,7 @@ void uniteInto(QSet<KEZVisObject *> &target, const QSet<KEZVisObject *> &source)
 }
 
 /*
-    The objects of a set, in order of their addresses. The order in which a
+    Puts objects in order of their addresses. The order in which a
     transaction visits the members of one set is unspecified (a QSet's own
     order depends on a per-process hash seed), so the environment picks the
     one that is cheapest for memory: objects made one after another lie
@@ -59,11 +61,10 @@ void uniteInto(QSet<KEZVisObject *> &target, const QSet<KEZVisObject *> &source)
     sequential walk that the processor's prefetcher follows. An LSD radix
     sort on the address bits keeps the ordering itself linear.
 */
-std::vector<KEZVisObject *> inAddressOrder(const QSet<KEZVisObject *> &set)
+void sortByAddress(std::vector<KEZVisObject *> &objects)
 {
-    std::vector<KEZVisObject *> objects(set.cbegin(), set.cend());
     if (objects.size() < 2)
-        return objects;
+        return;
     std::uintptr_t lowest = UINTPTR_MAX;
     std::uintptr_t highest = 0;
     for (KEZVisObject *object : objects) {
@@ -90,7 +91,46 @@ std::vector<KEZVisObject *> inAddressOrder(const QSet<KEZVisObject *> &set)
             buffer[counts[digitOf(object)]++] = object;
         objects.swap(buffer);
     }
+}
+
+std::vector<KEZVisObject *> inAddressOrder(const QSet<KEZVisObject *> &set)
+{
+    std::vector<KEZVisObject *> objects(set.cbegin(), set.cend());
+    sortByAddress(objects);
     return objects;
+}
+
+/*
+    Empties a set that nobody else shares without giving its memory back, as
+    removing each member would. Erasing in the set's own order walks its memory
+    once; clear() would free it, and in glibc freeing a large block right after
+    a teardown first merges every small block that the teardown freed.
+*/
+void emptyKeepingMemory(QSet<KEZVisObject *> &set)
+{
+    if (!set.isDetached()) {
+        set.clear();  // only lets go of the shared copy
+        return;
+    }
+    for (auto it = set.begin(); it != set.end();)
+        it = set.erase(it);
+}
+
+// The objects of set that are not in removed, which must be in address order.
+QSet<KEZVisObject *> withoutSorted(const QSet<KEZVisObject *> &set, const std::vector<KEZVisObject *> &removed)
+{
+    const std::vector<KEZVisObject *> members = inAddressOrder(set);
+    std::vector<KEZVisObject *> kept;
+    kept.reserve(members.size());
+    std::set_difference(members.cbegin(), members.cend(), removed.cbegin(), removed.cend(),
+                        std::back_inserter(kept), std::less<KEZVisObject *>());
+    QSet<KEZVisObject *> result;
+    if (kept.empty())
+        return result;
+    result.reserve(qsizetype(kept.size()));
+    for (KEZVisObject *object : kept)
+        result.insert(object);
+    return result;
 }
 
 /*
@@ -162,12 +202,69 @@ void KEZVisEnvironmentPrivate::ObjectDestroyed(const KEZVisEnvironment *environm
     if (!d)
         return;  // the environment is being destroyed
     d->objects.RemoveAll(object);
-    removeIfPresent(d->selection, object);
+    d->NoteDeathForSelection(object);
     removeIfPresent(d->preselection, object);
     removeIfPresent(d->pendingAdditions, object);
     removeIfPresent(d->pendingRemovals, object);
     ++d->pendingShrinks;
     emit q->ObjectRemoved(object);
+}
+
+QSet<KEZVisObject *> &KEZVisEnvironmentPrivate::Selection()
+{
+    TakeDeadOutOfSelection();
+    return selection;
+}
+
+const QSet<KEZVisObject *> &KEZVisEnvironmentPrivate::Selection() const
+{
+    TakeDeadOutOfSelection();
+    return selection;
+}
+
+void KEZVisEnvironmentPrivate::SetSelectionMember(KEZVisObject *object, bool member) const
+{
+    KEZVisObjectPrivate *od = KEZVisObjectPrivate::get(object);
+    if (od->environmentListSerial == objects.Serial())
+        od->inOwnSelection = member;
+}
+
+void KEZVisEnvironmentPrivate::NoteDeathForSelection(KEZVisObject *object)
+{
+    if (committingSelection) {
+        removeIfPresent(selection, object);
+        return;
+    }
+    if (KEZVisObjectPrivate::get(object)->inOwnSelection)
+        deadMembers.push_back(object);
+}
+
+void KEZVisEnvironmentPrivate::KeepRoomForDeathNotes()
+{
+    TakeDeadOutOfSelection();
+    const size_t members = size_t(selection.size());
+    // A set that shrank much gives the room back.
+    if (deadMembers.capacity() > 2 * members + 64)
+        std::vector<KEZVisObject *>().swap(deadMembers);
+    deadMembers.reserve(members);
+}
+
+void KEZVisEnvironmentPrivate::TakeDeadOutOfSelection() const
+{
+    if (deadMembers.empty())
+        return;
+    const size_t dead = deadMembers.size();
+    if (dead == size_t(selection.size())) {
+        emptyKeepingMemory(selection);
+    } else if (dead * 8 < size_t(selection.size())) {
+        for (KEZVisObject *object : deadMembers)
+            removeIfPresent(selection, object);
+    } else {
+        std::vector<KEZVisObject *> sorted = deadMembers;
+        sortByAddress(sorted);
+        selection = withoutSorted(selection, sorted);
+    }
+    deadMembers.clear();
 }
 
 void KEZVisEnvironmentPrivate::StartBatch()
@@ -279,7 +376,10 @@ void KEZVisEnvironment::RemoveVirtualObject(KEZVisVirtualObject *object)
         return;
     // Deliberately the selection set alone, and without a selection signal:
     // the object keeps its state and stays in the preselection and pending sets.
-    removeIfPresent(d->selection, object);
+    removeIfPresent(d->Selection(), object);
+    // A pending addition of a commit under way joins the set again at its end.
+    if (object && !(d->committingSelection && d->pendingAdditions.contains(object)))
+        d->SetSelectionMember(object, false);
     if (object)
         QObject::disconnect(object, nullptr, d, nullptr);
     emit ObjectRemoved(object);
@@ -425,7 +525,8 @@ void KEZVisEnvironment::FitToObjects(const QList<KEZVisObject *> &objects)
 void KEZVisEnvironment::FitToSelection()
 {
     Q_D(KEZVisEnvironment);
-    const QList<KEZVisObject *> objects(d->selection.cbegin(), d->selection.cend());
+    const QSet<KEZVisObject *> &selection = d->Selection();
+    const QList<KEZVisObject *> objects(selection.cbegin(), selection.cend());
     FitToObjects(objects);
 }
 
@@ -471,7 +572,7 @@ void KEZVisEnvironment::SetSelectionFilter(KEZVisSelectionFilter *filter)
     BeginSelection();
     QSet<KEZVisObject *> refused;
     try {
-        const QSet<KEZVisObject *> selection = d->selection;
+        const QSet<KEZVisObject *> selection = d->Selection();
         for (KEZVisObject *object : selection) {
             if (!filter->IsSelectable(object))
                 refused.insert(object);
@@ -512,11 +613,11 @@ bool KEZVisEnvironment::AddToSelection(KEZVisObject *object)
     const QSharedPointer<KEZVisSelectionFilter> filter = d->selectionFilter;
     if (!filter->IsSelectable(object))
         return false;
-    if (d->selection.contains(object))
+    if (d->Selection().contains(object))
         return false;
     BeginSelection();
     if (!filter->IsMultiSelection())
-        uniteInto(d->pendingRemovals, d->selection);
+        uniteInto(d->pendingRemovals, d->Selection());
     d->pendingAdditions.insert(object);
     EndSelection();
     return true;
@@ -525,7 +626,7 @@ bool KEZVisEnvironment::AddToSelection(KEZVisObject *object)
 void KEZVisEnvironment::RemoveFromSelection(KEZVisObject *object)
 {
     Q_D(KEZVisEnvironment);
-    if (!object || !d->selection.contains(object))
+    if (!object || !d->Selection().contains(object))
         return;
     BeginSelection();
     d->pendingRemovals.insert(object);
@@ -535,7 +636,7 @@ void KEZVisEnvironment::RemoveFromSelection(KEZVisObject *object)
 bool KEZVisEnvironment::ToggleSelection(KEZVisObject *object)
 {
     Q_D(KEZVisEnvironment);
-    if (object && d->selection.contains(object)) {
+    if (object && d->Selection().contains(object)) {
         RemoveFromSelection(object);
         return false;
     }
@@ -547,7 +648,7 @@ bool KEZVisEnvironment::ToggleSelection(KEZVisObject *object)
 bool KEZVisEnvironment::SetSelection(const QSet<KEZVisObject *> &objects)
 {
     Q_D(KEZVisEnvironment);
-    if (objects == d->selection)
+    if (objects == d->Selection())
         return true;
 
     // Starts as a shared copy of the request and loses what the filter refuses:
@@ -572,7 +673,7 @@ bool KEZVisEnvironment::SetSelection(const QSet<KEZVisObject *> &objects)
     BeginSelection();
     // Compared with the request as handed in, not with the candidates: a
     // selected object that is named but refused or dropped stays selected.
-    for (KEZVisObject *object : std::as_const(d->selection)) {
+    for (KEZVisObject *object : std::as_const(d->Selection())) {
         if (!objects.contains(object))
             d->pendingRemovals.insert(object);
     }
@@ -599,7 +700,7 @@ bool KEZVisEnvironment::SetPreSelectedObjects(QSet<KEZVisObject *> objects)
 QSet<KEZVisObject *> KEZVisEnvironment::GetVisualizationSelection() const
 {
     Q_D(const KEZVisEnvironment);
-    return d->selection;
+    return d->Selection();
 }
 
 QSet<KEZVisObject *> KEZVisEnvironment::GetPreSelectedObjects() const
@@ -628,6 +729,8 @@ void KEZVisEnvironment::EndSelection()
     // Ends the transaction: the pending sets are cleared before the scope goes,
     // so that a listener of BatchFinished() may open a fresh transaction.
     const auto finish = [d]() {
+        d->committingSelection = false;
+        d->KeepRoomForDeathNotes();
         ++d->pendingShrinks;
         d->pendingAdditions.clear();
         d->pendingRemovals.clear();
@@ -643,12 +746,15 @@ void KEZVisEnvironment::EndSelection()
     }
     // Only selected objects can be deselected.
     for (auto it = d->pendingRemovals.begin(); it != d->pendingRemovals.end();) {
-        if (d->selection.contains(*it))
+        if (d->Selection().contains(*it))
             ++it;
         else
             it = d->pendingRemovals.erase(it);
     }
 
+    // Until the set and the members' marks are in step again, a death takes
+    // the object out of the set at once.
+    d->committingSelection = true;
     try {
         // The state signals run listeners that may destroy objects, which takes
         // them out of the pending sets: iterate over shared copies and skip
@@ -663,10 +769,16 @@ void KEZVisEnvironment::EndSelection()
             if (d->pendingShrinks != shrinks && !d->pendingAdditions.contains(object))
                 continue;
             KEZVisObjectPrivate *od = KEZVisObjectPrivate::get(object);
-            if (od->selectionState != KEZVisObject::PreSelected)
+            if (od->selectionState != KEZVisObject::PreSelected) {
+                const quint64 shrinksBefore = d->pendingShrinks;
                 od->SetSelectionState(KEZVisObject::Selected);
+                // The listeners may have destroyed the object itself.
+                if (d->pendingShrinks != shrinksBefore && !d->pendingAdditions.contains(object))
+                    continue;
+            }
+            d->SetSelectionMember(object, true);
         }
-        uniteInto(d->selection, d->pendingAdditions);
+        uniteInto(d->Selection(), d->pendingAdditions);
 
         deaths = KEZVisObjectPrivate::DeathCount();
         shrinks = d->pendingShrinks;
@@ -677,12 +789,14 @@ void KEZVisEnvironment::EndSelection()
             KEZVisObject *object = removals[i];
             if (d->pendingShrinks != shrinks && !d->pendingRemovals.contains(object))
                 continue;
+            d->SetSelectionMember(object, false);
             if (!d->preselection.isEmpty() && d->preselection.contains(object))
                 continue;
             KEZVisObjectPrivate::get(object)->SetSelectionState(KEZVisObject::NotSelected);
         }
         for (KEZVisObject *object : std::as_const(d->pendingRemovals))
-            removeIfPresent(d->selection, object);
+            removeIfPresent(d->Selection(), object);
+        d->committingSelection = false;
 
         if (d->pendingAdditions.isEmpty() && d->pendingRemovals.isEmpty()) {
             finish();
@@ -698,9 +812,14 @@ void KEZVisEnvironment::EndSelection()
         // A listener let an exception escape: the commit stays in the selection
         // set, the remaining signals are skipped, the transaction ends and the
         // exception goes on.
-        uniteInto(d->selection, d->pendingAdditions);
+        uniteInto(d->Selection(), d->pendingAdditions);
         for (KEZVisObject *object : std::as_const(d->pendingRemovals))
-            removeIfPresent(d->selection, object);
+            removeIfPresent(d->Selection(), object);
+        // The pending sets hold living objects only; their marks follow the set.
+        for (KEZVisObject *object : std::as_const(d->pendingAdditions))
+            d->SetSelectionMember(object, true);
+        for (KEZVisObject *object : std::as_const(d->pendingRemovals))
+            d->SetSelectionMember(object, false);
         finish();
         throw;
     }
@@ -725,10 +844,10 @@ void KEZVisEnvironment::SetSelectedVisualization(const QSet<KEZVisObject *> &obj
 {
     Q_D(KEZVisEnvironment);
     for (KEZVisObject *object : objects) {
-        if (object && !d->selection.contains(object))
+        if (object && !d->Selection().contains(object))
             d->pendingAdditions.insert(object);
     }
-    for (KEZVisObject *object : std::as_const(d->selection)) {
+    for (KEZVisObject *object : std::as_const(d->Selection())) {
         if (!objects.contains(object))
             d->pendingRemovals.insert(object);
     }
@@ -747,7 +866,7 @@ void KEZVisEnvironment::SetPreselectedVisualization(const QSet<KEZVisObject *> &
         if (incoming.contains(object) || !d->preselection.contains(object))
             continue;
         KEZVisObjectPrivate::get(object)->SetSelectionState(
-            d->selection.contains(object) ? KEZVisObject::Selected : KEZVisObject::NotSelected);
+            d->Selection().contains(object) ? KEZVisObject::Selected : KEZVisObject::NotSelected);
     }
     for (KEZVisObject *object : std::as_const(incoming)) {
         if (!previous.contains(object))

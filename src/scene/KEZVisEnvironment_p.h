@@ -10,6 +10,8 @@
 #include <QSet>
 #include <QSharedPointer>
 
+#include <vector>
+
 class KEZVisEnvironmentBatchContext;
 class KEZVisSelectionFilter;
 
@@ -56,9 +58,21 @@ public:
     template <typename Build>
     void SendRequest(Build build);
 
+    /*
+        The selection set. Every read and write goes through these, which first
+        take out the selected objects that died since the last call.
+    */
+    QSet<KEZVisObject *> &Selection();
+    const QSet<KEZVisObject *> &Selection() const;
+    /*
+        Records in a living object of this environment whether it is now in the
+        selection set; objects of other environments are left alone. Every
+        change of the set's members outside a commit's callouts goes with it.
+    */
+    void SetSelectionMember(KEZVisObject *object, bool member) const;
+
     KEZVisEnvironmentObjectList objects;
     QSharedPointer<KEZVisSelectionFilter> selectionFilter;
-    QSet<KEZVisObject *> selection;
     QSet<KEZVisObject *> preselection;
     QSet<KEZVisObject *> pendingAdditions;
     QSet<KEZVisObject *> pendingRemovals;
@@ -79,7 +93,41 @@ public:
     bool selectionEnabled = false;
     KEZVisEnvironment *q_ptr;
 
+    /*
+        Set while a commit calls out to listeners with the selection set and
+        the members' marks not yet in step; a death then leaves the set at once.
+    */
+    bool committingSelection = false;
+
+    /*
+        Makes room for a note of every member after a commit, so that noting a
+        death never allocates: in glibc, any allocation in the middle of a
+        teardown first sorts the memory freed so far into its bins, and the
+        deaths would pay for that bookkeeping. Costs a pointer a member.
+    */
+    void KeepRoomForDeathNotes();
+
 private:
+    //! An object of this environment died: it leaves the selection set, now or at the next Selection().
+    void NoteDeathForSelection(KEZVisObject *object);
+    //! Takes every object noted by NoteDeathForSelection() out of the selection set.
+    void TakeDeadOutOfSelection() const;
+
+    /*
+        When a large selected scene is torn down, objects die one after another
+        while their memory streams through the cache; a hash lookup per death
+        would wait on two cache misses and grow the cost an object with the
+        size of the scene. So a dying member (its record says so) is only noted,
+        and the notes leave the set before anyone reads or writes it again: all
+        at once if every member died, one by one if they are few against the
+        set, else in one pass that sorts both by address and keeps the
+        difference. No code sees the set in between, so an object made later at
+        a dead member's address is never taken for it. Each note is a distinct
+        member, so the notes never outnumber the set.
+    */
+    mutable QSet<KEZVisObject *> selection;
+    mutable std::vector<KEZVisObject *> deadMembers;
+
     Q_DECLARE_PUBLIC(KEZVisEnvironment)
 };
 

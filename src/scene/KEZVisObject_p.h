@@ -57,6 +57,13 @@ public:
     const quint64 environmentListSerial;
     KEZVisObject::SelectionState selectionState = KEZVisObject::NotSelected;
     /*
+        Whether the object is in the selection set of its own environment, kept
+        by that environment alone (KEZVisEnvironmentPrivate::SetSelectionMember)
+        so that an object's death knows without a lookup whether it leaves the
+        selection. Objects in the selection of another environment don't set it.
+    */
+    bool inOwnSelection = false;
+    /*
         Set when the object's destructor begins. A dying object that a listener
         lists again is listed like an object of another environment, without an
         index in this record, which is about to go.

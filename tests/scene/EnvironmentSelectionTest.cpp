@@ -17,6 +17,8 @@
 
 #include <functional>
 #include <memory>
+#include <new>
+#include <stdexcept>
 #include <vector>
 
 using namespace SceneTest;
@@ -981,4 +983,182 @@ TEST(EnvironmentSelection, ObjectsDestroyedByTheFirstStateListenerOfALargeCommit
     ASSERT_EQ(changes.count(), 1);
     // The set handed to listeners is the pending set at the end: the living objects only.
     EXPECT_EQ(changes.at(0).at(0).value<QSet<KEZVisObject *>>(), environment.GetVisualizationSelection());
+}
+
+// --- Members that die: the selection set catches up before anyone reads it ----
+
+namespace {
+
+// An environment with `count` listed objects, all of them selected.
+struct SelectedScene
+{
+    explicit SelectedScene(int count)
+    {
+        QSet<KEZVisObject *> all;
+        for (int i = 0; i < count; ++i) {
+            objects.emplace_back(new KEZVisVirtualObject(&environment));
+            environment.AddVirtualObject(objects.back().get());
+            all.insert(objects.back().get());
+        }
+        environment.SetSelection(all);
+    }
+    QSet<KEZVisObject *> Living() const
+    {
+        QSet<KEZVisObject *> living;
+        for (const auto &object : objects) {
+            if (object)
+                living.insert(object.get());
+        }
+        return living;
+    }
+
+    RawEnvironment environment;
+    std::vector<std::unique_ptr<KEZVisVirtualObject>> objects;
+};
+
+} // namespace
+
+TEST(EnvironmentSelection, EveryMemberDestroyedLeavesAnEmptySelection)
+{
+    SelectedScene scene(1000);
+    ASSERT_EQ(scene.environment.GetVisualizationSelection().size(), 1000);
+    for (auto &object : scene.objects)
+        object.reset();
+    EXPECT_TRUE(scene.environment.GetVisualizationSelection().isEmpty());
+    EXPECT_TRUE(scene.environment.GetVirtualObjects().isEmpty());
+}
+
+TEST(EnvironmentSelection, HalfTheMembersDestroyedLeaveTheOtherHalfSelected)
+{
+    SelectedScene scene(1000);
+    for (size_t i = 0; i < scene.objects.size(); i += 2)
+        scene.objects[i].reset();
+    EXPECT_EQ(scene.environment.GetVisualizationSelection().size(), 500);
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), scene.Living());
+}
+
+TEST(EnvironmentSelection, AFewMembersDestroyedLeaveTheRestSelected)
+{
+    SelectedScene scene(1000);
+    for (size_t i = 3; i < scene.objects.size(); i += 100)
+        scene.objects[i].reset();
+    EXPECT_EQ(scene.environment.GetVisualizationSelection().size(), 990);
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), scene.Living());
+}
+
+TEST(EnvironmentSelection, SelectionReadAfterEveryDeathLacksExactlyTheDead)
+{
+    SelectedScene scene(300);
+    for (size_t i = scene.objects.size(); i-- > 0;) {
+        scene.objects[i].reset();
+        ASSERT_EQ(scene.environment.GetVisualizationSelection(), scene.Living()) << "after " << i;
+    }
+}
+
+TEST(EnvironmentSelection, ListenerOfObjectRemovedSeesTheSelectionWithoutTheDyingObject)
+{
+    SelectedScene scene(10);
+    KEZVisObject *dying = scene.objects[4].get();
+    bool seen = false;
+    bool stillSelected = true;
+    QObject::connect(&scene.environment, &KEZVisEnvironment::ObjectRemoved, &scene.environment,
+                     [&](KEZVisObject *object) {
+                         seen = object == dying;
+                         stillSelected = scene.environment.GetVisualizationSelection().contains(object);
+                     });
+    scene.objects[4].reset();
+    EXPECT_TRUE(seen);
+    EXPECT_FALSE(stillSelected);
+    EXPECT_EQ(scene.environment.GetVisualizationSelection().size(), 9);
+}
+
+TEST(EnvironmentSelection, ObjectMadeAtTheAddressOfADeadMemberIsNotSelected)
+{
+    KEZVisEnvironment environment;
+    KEZVisVirtualObject kept(&environment);
+    environment.AddVirtualObject(&kept);
+    alignas(KEZVisVirtualObject) unsigned char storage[sizeof(KEZVisVirtualObject)];
+    auto *first = new (storage) KEZVisVirtualObject(&environment);
+    environment.AddVirtualObject(first);
+    ASSERT_TRUE(environment.SetSelection({first, &kept}));
+    first->~KEZVisVirtualObject();
+
+    auto *second = new (storage) KEZVisVirtualObject(&environment);
+    ASSERT_EQ(static_cast<void *>(second), static_cast<void *>(first));
+    environment.AddVirtualObject(second);
+    EXPECT_EQ(environment.GetVisualizationSelection(), QSet<KEZVisObject *>({&kept}));
+    EXPECT_EQ(second->GetSelectionState(), KEZVisObject::NotSelected);
+
+    // Selected in its turn, it leaves the selection when it dies like any member.
+    EXPECT_TRUE(environment.AddToSelection(second));
+    EXPECT_EQ(environment.GetVisualizationSelection(), QSet<KEZVisObject *>({&kept, second}));
+    second->~KEZVisVirtualObject();
+    EXPECT_EQ(environment.GetVisualizationSelection(), QSet<KEZVisObject *>({&kept}));
+}
+
+TEST(EnvironmentSelection, ObjectRemovedFromTheEnvironmentThenDestroyedLeavesTheSelectionAlone)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    scene.environment.SetSelection({scene.a.get(), scene.b.get()});
+    scene.environment.RemoveVirtualObject(scene.a.get());
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.b.get()}));
+    scene.a.reset();
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.b.get()}));
+    scene.b.reset();
+    EXPECT_TRUE(scene.environment.GetVisualizationSelection().isEmpty());
+}
+
+// Listeners of the commit take pending additions out of the environment, one
+// before its own turn and one after it; the commit puts both into the
+// selection set all the same, and their deaths afterwards take them out again.
+TEST(EnvironmentSelection, AdditionsRemovedFromTheEnvironmentDuringTheirCommitLeaveTheSelectionWhenTheyDie)
+{
+    SelectionScene scene;
+    scene.InstallDefaultFilter();
+    QObject::connect(scene.a.get(), &KEZVisObject::SelectionStateChanged, &scene.environment,
+                     [&]() { scene.environment.RemoveVirtualObject(scene.b.get()); });
+    QObject::connect(scene.b.get(), &KEZVisObject::SelectionStateChanged, &scene.environment,
+                     [&]() { scene.environment.RemoveVirtualObject(scene.a.get()); });
+    ASSERT_TRUE(scene.environment.SetSelection({scene.a.get(), scene.b.get(), scene.c.get()}));
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(),
+              QSet<KEZVisObject *>({scene.a.get(), scene.b.get(), scene.c.get()}));
+    EXPECT_EQ(scene.environment.GetVirtualObjects(), QList<KEZVisVirtualObject *>({scene.c.get()}));
+    scene.a.reset();
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.b.get(), scene.c.get()}));
+    scene.b.reset();
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), QSet<KEZVisObject *>({scene.c.get()}));
+}
+
+// The first state listener throws: the whole commit stays in the selection set
+// without the remaining signals, and every member leaves it when it dies.
+TEST(EnvironmentSelection, MembersCommittedPastAThrowingListenerLeaveTheSelectionWhenTheyDie)
+{
+    SelectedScene scene(0);
+    QSet<KEZVisObject *> all;
+    for (int i = 0; i < 50; ++i) {
+        scene.objects.emplace_back(new KEZVisVirtualObject(&scene.environment));
+        scene.environment.AddVirtualObject(scene.objects.back().get());
+        all.insert(scene.objects.back().get());
+        QObject::connect(scene.objects.back().get(), &KEZVisObject::SelectionStateChanged, &scene.environment,
+                         []() { throw std::runtime_error("listener failed"); });
+    }
+    EXPECT_THROW(scene.environment.SetSelection(all), std::runtime_error);
+    ASSERT_EQ(scene.environment.GetVisualizationSelection(), all);
+    for (size_t i = 0; i < scene.objects.size(); i += 2)
+        scene.objects[i].reset();
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), scene.Living());
+    for (auto &object : scene.objects)
+        object.reset();
+    EXPECT_TRUE(scene.environment.GetVisualizationSelection().isEmpty());
+}
+
+TEST(EnvironmentSelection, DeselectedObjectDestroyedLeavesTheSelectionAlone)
+{
+    SelectedScene scene(20);
+    KEZVisObject *deselected = scene.objects[7].get();
+    scene.environment.RemoveFromSelection(deselected);
+    scene.objects[7].reset();
+    EXPECT_EQ(scene.environment.GetVisualizationSelection().size(), 19);
+    EXPECT_EQ(scene.environment.GetVisualizationSelection(), scene.Living());
 }
