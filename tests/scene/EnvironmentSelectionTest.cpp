@@ -1002,6 +1002,12 @@ struct SelectedScene
         }
         environment.SetSelection(all);
     }
+    // Destroys the objects at first, first + step, first + 2 step, ...
+    void DestroyEvery(size_t first, size_t step)
+    {
+        for (size_t i = first; i < objects.size(); i += step)
+            objects[i].reset();
+    }
     QSet<KEZVisObject *> Living() const
     {
         QSet<KEZVisObject *> living;
@@ -1031,8 +1037,7 @@ TEST(EnvironmentSelection, EveryMemberDestroyedLeavesAnEmptySelection)
 TEST(EnvironmentSelection, HalfTheMembersDestroyedLeaveTheOtherHalfSelected)
 {
     SelectedScene scene(1000);
-    for (size_t i = 0; i < scene.objects.size(); i += 2)
-        scene.objects[i].reset();
+    scene.DestroyEvery(0, 2);
     EXPECT_EQ(scene.environment.GetVisualizationSelection().size(), 500);
     EXPECT_EQ(scene.environment.GetVisualizationSelection(), scene.Living());
 }
@@ -1040,8 +1045,7 @@ TEST(EnvironmentSelection, HalfTheMembersDestroyedLeaveTheOtherHalfSelected)
 TEST(EnvironmentSelection, AFewMembersDestroyedLeaveTheRestSelected)
 {
     SelectedScene scene(1000);
-    for (size_t i = 3; i < scene.objects.size(); i += 100)
-        scene.objects[i].reset();
+    scene.DestroyEvery(3, 100);
     EXPECT_EQ(scene.environment.GetVisualizationSelection().size(), 990);
     EXPECT_EQ(scene.environment.GetVisualizationSelection(), scene.Living());
 }
@@ -1145,8 +1149,7 @@ TEST(EnvironmentSelection, MembersCommittedPastAThrowingListenerLeaveTheSelectio
     }
     EXPECT_THROW(scene.environment.SetSelection(all), std::runtime_error);
     ASSERT_EQ(scene.environment.GetVisualizationSelection(), all);
-    for (size_t i = 0; i < scene.objects.size(); i += 2)
-        scene.objects[i].reset();
+    scene.DestroyEvery(0, 2);
     EXPECT_EQ(scene.environment.GetVisualizationSelection(), scene.Living());
     for (auto &object : scene.objects)
         object.reset();
