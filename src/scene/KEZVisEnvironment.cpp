@@ -243,10 +243,12 @@ void KEZVisEnvironmentPrivate::KeepRoomForDeathNotes()
 {
     TakeDeadOutOfSelection();
     const size_t members = size_t(selection.size());
-    // A set that shrank much gives the room back.
-    if (deadMembers.capacity() > 2 * members + 64)
+    // A set that shrank much gives the room back; a growing one gets room
+    // ahead, so that selecting objects one at a time doesn't reallocate each time.
+    if (deadMembers.capacity() > 4 * members + 64)
         std::vector<KEZVisObject *>().swap(deadMembers);
-    deadMembers.reserve(members);
+    if (deadMembers.capacity() < members)
+        deadMembers.reserve(std::max(members, 2 * deadMembers.capacity()));
 }
 
 void KEZVisEnvironmentPrivate::TakeDeadOutOfSelection() const
@@ -260,9 +262,8 @@ void KEZVisEnvironmentPrivate::TakeDeadOutOfSelection() const
         for (KEZVisObject *object : deadMembers)
             removeIfPresent(selection, object);
     } else {
-        std::vector<KEZVisObject *> sorted = deadMembers;
-        sortByAddress(sorted);
-        selection = withoutSorted(selection, sorted);
+        sortByAddress(deadMembers);
+        selection = withoutSorted(selection, deadMembers);
     }
     deadMembers.clear();
 }
@@ -812,14 +813,14 @@ void KEZVisEnvironment::EndSelection()
         // A listener let an exception escape: the commit stays in the selection
         // set, the remaining signals are skipped, the transaction ends and the
         // exception goes on.
-        uniteInto(d->Selection(), d->pendingAdditions);
-        for (KEZVisObject *object : std::as_const(d->pendingRemovals))
-            removeIfPresent(d->Selection(), object);
         // The pending sets hold living objects only; their marks follow the set.
+        uniteInto(d->Selection(), d->pendingAdditions);
         for (KEZVisObject *object : std::as_const(d->pendingAdditions))
             d->SetSelectionMember(object, true);
-        for (KEZVisObject *object : std::as_const(d->pendingRemovals))
+        for (KEZVisObject *object : std::as_const(d->pendingRemovals)) {
+            removeIfPresent(d->Selection(), object);
             d->SetSelectionMember(object, false);
+        }
         finish();
         throw;
     }
