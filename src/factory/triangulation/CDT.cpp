@@ -22,17 +22,18 @@ void CDT::AddHole(const std::vector<Point *> &polyline)
 void CDT::Triangulate()
 {
     m_triangles.clear();
-    m_trianglePointers.clear();
     detail::Sweep sweep(m_rings);
     sweep.Run(m_triangles);
-    m_trianglePointers.reserve(m_triangles.size());
-    for (Triangle &triangle : m_triangles)
-        m_trianglePointers.push_back(&triangle);
 }
 
 std::vector<Triangle *> CDT::GetTriangles() const
 {
-    return m_trianglePointers;
+    std::vector<Triangle *> triangles;
+    triangles.reserve(m_triangles.size());
+    // The caller gets handles to the triangles that this CDT owns, as non-const pointers.
+    for (const Triangle &triangle : m_triangles)
+        triangles.push_back(const_cast<Triangle *>(&triangle));
+    return triangles;
 }
 
 } // namespace p2t

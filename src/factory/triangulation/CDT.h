@@ -2,6 +2,7 @@
 #ifndef KEZ_TRIANGULATION_CDT_H
 #define KEZ_TRIANGULATION_CDT_H
 
+#include "LargeArray_p.h"
 #include "Point.h"
 #include "Triangle.h"
 
@@ -83,8 +84,7 @@ public:
 
 private:
     std::vector<std::vector<Point *>> m_rings;
-    std::vector<Triangle> m_triangles;
-    std::vector<Triangle *> m_trianglePointers;
+    detail::LargeVector<Triangle> m_triangles;
 };
 
 } // namespace p2t

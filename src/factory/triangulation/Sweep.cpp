@@ -34,10 +34,6 @@
 #include <numeric>
 #include <stdexcept>
 
-#if defined(__linux__)
-#include <sys/mman.h>
-#endif
-
 namespace p2t {
 namespace detail {
 
@@ -98,7 +94,7 @@ struct PositionedKey
 // Sorts items stably by key(item), an unsigned 64-bit key: a least significant digit radix sort with
 // 11-bit digits, skipping digits that all items share; small arrays go to std::stable_sort.
 template <typename Item, typename Key>
-void SortByKey(std::vector<Item> &items, Key key)
+void SortByKey(LargeVector<Item> &items, Key key)
 {
     const std::size_t size = items.size();
     if (size < 512) {
@@ -115,7 +111,7 @@ void SortByKey(std::vector<Item> &items, Key key)
         for (int pass = 0; pass < kPasses; ++pass)
             ++counts[static_cast<std::size_t>(pass) * kBuckets + ((k >> (pass * kBits)) & (kBuckets - 1))];
     }
-    std::vector<Item> buffer(size);
+    LargeVector<Item> buffer(size);
     for (int pass = 0; pass < kPasses; ++pass) {
         std::uint32_t *count = counts.data() + static_cast<std::size_t>(pass) * kBuckets;
         const int shift = pass * kBits;
@@ -140,33 +136,6 @@ void SetTestHooks(TestHooks *hooks)
     g_testHooks = hooks;
 }
 
-void *AllocateLarge(std::size_t bytes)
-{
-    constexpr std::size_t kHugePage = std::size_t(2) << 20;
-#if defined(__linux__)
-    void *p = nullptr;
-    const std::size_t rounded = (bytes + kHugePage - 1) / kHugePage * kHugePage;
-    if (posix_memalign(&p, kHugePage, rounded) != 0)
-        throw std::bad_alloc();
-#if defined(MADV_HUGEPAGE)
-    madvise(p, rounded, MADV_HUGEPAGE); // a hint: without huge pages everything works the same
-#endif
-    return p;
-#else
-    (void)kHugePage;
-    return ::operator new(bytes);
-#endif
-}
-
-void FreeLarge(void *p)
-{
-#if defined(__linux__)
-    std::free(p);
-#else
-    ::operator delete(p);
-#endif
-}
-
 Sweep::Sweep(const std::vector<std::vector<Point *>> &rings) : m_rings(rings), m_hooks(g_testHooks)
 {
 }
@@ -184,7 +153,7 @@ bool Sweep::Prepare()
         Point *point;
     };
     // The points of ring r are inputs[ringBegin[r]] up to inputs[ringBegin[r + 1]].
-    std::vector<Input> inputs;
+    LargeVector<Input> inputs;
     std::vector<int> ringBegin(m_rings.size() + 1, 0);
     std::size_t pointCount = 0;
     for (const auto &ring : m_rings)
@@ -205,15 +174,23 @@ bool Sweep::Prepare()
 
     // Merge identical coordinates. The first input point of a group represents it. The points are
     // sorted by (x, y, input order) as integer keys that order like the coordinates, in a contiguous
-    // array, by a stable radix sort: first by y, then by x.
-    std::vector<KeyedInput> byX(inputs.size());
+    // array: a stable radix sort by x, then each run of equal x (rarely more than one point) by y.
+    LargeVector<KeyedInput> byX(inputs.size());
     for (std::size_t k = 0; k < inputs.size(); ++k)
         byX[k] = {OrderedKey(inputs[k].x), OrderedKey(inputs[k].y), static_cast<int>(k)};
-    SortByKey(byX, [](const KeyedInput &in) { return in.y; });
     SortByKey(byX, [](const KeyedInput &in) { return in.x; });
-    std::vector<int> xPositionOfInput(inputs.size());
-    std::vector<Input> unique; // one per position in x order, with its representative input point
-    std::vector<std::uint64_t> uniqueYKeys;
+    for (auto run = byX.begin(); run != byX.end();) {
+        const auto runEnd = std::find_if(run + 1, byX.end(),
+                                         [x = run->x](const KeyedInput &in) { return in.x != x; });
+        if (runEnd - run > 1)
+            std::sort(run, runEnd, [](const KeyedInput &a, const KeyedInput &b) {
+                return a.y != b.y ? a.y < b.y : a.order < b.order;
+            });
+        run = runEnd;
+    }
+    LargeVector<int> xPositionOfInput(inputs.size());
+    LargeVector<Input> unique; // one per position in x order, with its representative input point
+    LargeVector<std::uint64_t> uniqueYKeys;
     unique.reserve(byX.size());
     uniqueYKeys.reserve(byX.size());
     for (std::size_t k = 0; k < byX.size(); ++k) {
@@ -224,7 +201,7 @@ bool Sweep::Prepare()
         }
         xPositionOfInput[static_cast<std::size_t>(in.order)] = static_cast<int>(unique.size()) - 1;
     }
-    std::vector<KeyedInput>().swap(byX);
+    LargeVector<KeyedInput>().swap(byX);
     m_count = static_cast<int>(unique.size());
     if (m_count < 3)
         return false;
@@ -234,16 +211,16 @@ bool Sweep::Prepare()
     // Vertices are numbered in sweep order (y, then x), which keeps the mesh's neighbours close in
     // memory; the front index works on the rank in x (then y). The positions are in x order already,
     // so a stable sort by y alone gives the sweep order.
-    std::vector<PositionedKey> swept(static_cast<std::size_t>(m_count));
+    LargeVector<PositionedKey> swept(static_cast<std::size_t>(m_count));
     for (int k = 0; k < m_count; ++k)
         swept[static_cast<std::size_t>(k)] = {uniqueYKeys[static_cast<std::size_t>(k)], k};
-    std::vector<std::uint64_t>().swap(uniqueYKeys);
+    LargeVector<std::uint64_t>().swap(uniqueYKeys);
     SortByKey(swept, [](const PositionedKey &s) { return s.key; });
-    std::vector<int> sweepOrder(static_cast<std::size_t>(m_count));
+    LargeVector<int> sweepOrder(static_cast<std::size_t>(m_count));
     for (int v = 0; v < m_count; ++v)
         sweepOrder[static_cast<std::size_t>(v)] = swept[static_cast<std::size_t>(v)].position;
-    std::vector<PositionedKey>().swap(swept);
-    std::vector<int> vertexAtX(static_cast<std::size_t>(m_count));
+    LargeVector<PositionedKey>().swap(swept);
+    LargeVector<int> vertexAtX(static_cast<std::size_t>(m_count));
     for (int v = 0; v < m_count; ++v)
         vertexAtX[static_cast<std::size_t>(sweepOrder[static_cast<std::size_t>(v)])] = v;
 
@@ -305,7 +282,7 @@ bool Sweep::Prepare()
     m_xy[static_cast<std::size_t>(Head())].y = sMinY - marginY;
 
     // Constrained edges of all rings, filed under their upper end, in input order.
-    std::vector<std::pair<int, int>> edges; // (upper, lower)
+    LargeVector<std::pair<int, int>> edges; // (upper, lower)
     edges.reserve(inputs.size());
     for (std::size_t r = 0; r < m_rings.size(); ++r) {
         const int first = ringBegin[r];
@@ -326,7 +303,7 @@ bool Sweep::Prepare()
     for (int v = 0; v < m_count; ++v)
         m_edgeOffsets[static_cast<std::size_t>(v) + 1] += m_edgeOffsets[static_cast<std::size_t>(v)];
     m_edgeStarts.resize(edges.size());
-    std::vector<int> fill(m_edgeOffsets.begin(), m_edgeOffsets.end() - 1);
+    LargeVector<int> fill(m_edgeOffsets.begin(), m_edgeOffsets.end() - 1);
     for (const auto &edge : edges)
         m_edgeStarts[static_cast<std::size_t>(fill[static_cast<std::size_t>(edge.first)]++)] = edge.second;
     return true;
@@ -1020,7 +997,7 @@ void Sweep::BreakFrontAround(int v)
     }
 }
 
-void Sweep::Finalize(std::vector<Triangle> &out)
+void Sweep::Finalize(LargeVector<Triangle> &out)
 {
     const int v0 = m_outline[0], v1 = m_outline[1];
     double area2 = 0.0;
@@ -1037,8 +1014,9 @@ void Sweep::Finalize(std::vector<Triangle> &out)
         return;
 
     // Collect the triangles reachable without crossing a constrained edge.
-    std::vector<char> inside(m_tris.size(), 0);
-    std::vector<int> result;
+    LargeVector<char> inside(m_tris.size(), 0);
+    LargeVector<int> result;
+    result.reserve(m_tris.size());
     std::vector<int> stack{start};
     while (!stack.empty()) {
         const int t = stack.back();
@@ -1105,7 +1083,7 @@ void Sweep::Finalize(std::vector<Triangle> &out)
 
 // ---------------------------------------------------------------------------------------------
 
-void Sweep::Run(std::vector<Triangle> &out)
+void Sweep::Run(LargeVector<Triangle> &out)
 {
     if (m_hooks) {
         m_hooks->caughtError.clear();

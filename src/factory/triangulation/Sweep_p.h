@@ -3,13 +3,13 @@
 #define KEZ_TRIANGULATION_SWEEP_P_H
 
 #include "FrontIndex_p.h"
+#include "LargeArray_p.h"
 #include "Point.h"
 #include "Predicates_p.h"
 #include "Triangle.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <new>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -19,49 +19,6 @@ namespace p2t {
 namespace detail {
 
 struct TestHooks;
-
-// Memory for LargeArrayAllocator: aligned to 2 MiB, released with FreeLarge.
-void *AllocateLarge(std::size_t bytes);
-void FreeLarge(void *p);
-
-// Allocates large arrays (4 MiB and more) on 2 MiB boundaries and asks the kernel for huge pages
-// there, where it offers them on request: the sweep and the walks along constrained edges reach all
-// over the triangle pool and the vertices, and with small pages most of those reaches also miss the
-// address translation cache. Smaller arrays come from operator new.
-template <typename T>
-struct LargeArrayAllocator
-{
-    using value_type = T;
-
-    LargeArrayAllocator() = default;
-    template <typename U>
-    LargeArrayAllocator(const LargeArrayAllocator<U> &) { }
-
-    T *allocate(std::size_t n)
-    {
-        if (n > std::size_t(-1) / sizeof(T))
-            throw std::bad_alloc();
-        const std::size_t bytes = n * sizeof(T);
-        if (bytes < kLargeBytes)
-            return static_cast<T *>(::operator new(bytes));
-        return static_cast<T *>(AllocateLarge(bytes));
-    }
-    void deallocate(T *p, std::size_t n)
-    {
-        if (n * sizeof(T) < kLargeBytes)
-            ::operator delete(p);
-        else
-            FreeLarge(p);
-    }
-
-    template <typename U>
-    bool operator==(const LargeArrayAllocator<U> &) const { return true; }
-    template <typename U>
-    bool operator!=(const LargeArrayAllocator<U> &) const { return false; }
-
-    static constexpr std::size_t kLargeBytes = std::size_t(4) << 20;
-};
-
 
 // One triangulation run. Vertices are numbered in sweep order (y, then x); the two artificial points
 // follow the real ones. Triangles live in one pool and refer to each other by index: vertex i of a
@@ -73,7 +30,7 @@ public:
     explicit Sweep(const std::vector<std::vector<Point *>> &rings);
 
     // Triangulates and appends the triangles inside the outline to out.
-    void Run(std::vector<Triangle> &out);
+    void Run(LargeVector<Triangle> &out);
 
 private:
     struct alignas(32) Tri
@@ -114,7 +71,7 @@ private:
         int hint; // a triangle that had the edge when it was noted
     };
     bool FindEdge(const EdgeRef &edge, int &t, int &i);
-    void Finalize(std::vector<Triangle> &out);
+    void Finalize(LargeVector<Triangle> &out);
     int FindStartTriangle(int v0, int v1, bool insideOnLeft);
     void BreakFrontAround(int v);
     std::string FindInconsistency() const;
@@ -190,16 +147,16 @@ private:
         int frontTriangle = -1;
         int triangle = -1;
     };
-    std::vector<Coordinates, LargeArrayAllocator<Coordinates>> m_xy; // real vertices, then tail and head
-    std::vector<Links, LargeArrayAllocator<Links>> m_links;
-    std::vector<Point *, LargeArrayAllocator<Point *>> m_points; // representative input point of each real vertex
-    std::vector<int, LargeArrayAllocator<int>> m_rank; // rank of each vertex in order of x, then y
-    std::vector<int, LargeArrayAllocator<int>> m_vertexOfRank;
-    std::vector<int> m_edgeOffsets;    // constrained edges by upper vertex: m_edgeStarts[m_edgeOffsets[v]..]
-    std::vector<int> m_edgeStarts;
+    LargeVector<Coordinates> m_xy; // real vertices, then tail and head
+    LargeVector<Links> m_links;
+    LargeVector<Point *> m_points; // representative input point of each real vertex
+    LargeVector<int> m_rank; // rank of each vertex in order of x, then y
+    LargeVector<int> m_vertexOfRank;
+    LargeVector<int> m_edgeOffsets;    // constrained edges by upper vertex: m_edgeStarts[m_edgeOffsets[v]..]
+    LargeVector<int> m_edgeStarts;
     std::vector<int> m_outline;        // vertices of the outline, without repeats
 
-    std::vector<Tri, LargeArrayAllocator<Tri>> m_tris;
+    LargeVector<Tri> m_tris;
     FrontIndex m_front;
 
     std::vector<std::pair<int, int>> m_legalize; // (triangle, edge) pairs waiting for the in-circle test
