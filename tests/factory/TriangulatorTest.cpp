@@ -482,6 +482,7 @@ TEST_P(TriangulatorSweepError, IsCaughtAndLeavesThePartialMeshOfThePointsSweptSo
     const Result result = Triangulate(star);
     EXPECT_EQ(scoped.hooks.caughtError, GetParam());
     EXPECT_EQ(scoped.hooks.sweptPoints, 250);
+    EXPECT_TRUE(scoped.hooks.closingPassRan);
     EXPECT_TRUE(result.cornersAreInputPoints);
     EXPECT_GT(result.triangles.size(), 0u);
     EXPECT_LT(result.triangles.size(), full);
@@ -536,6 +537,8 @@ TEST(Triangulator, FlipStepWithoutOppositePointLogsAndGivesUpTheEdge)
     EXPECT_EQ(log.Lines(), QStringList{"Sweep::FlipEdgeEvent() FLIP failed due to missing triangle opposite point."});
     EXPECT_TRUE(scoped.hooks.caughtError.empty());
     EXPECT_TRUE(result.cornersAreInputPoints);
+    // The edge is given up with whatever flips it made unlegalised: the closing pass runs.
+    EXPECT_TRUE(scoped.hooks.closingPassRan);
 }
 
 TEST(Triangulator, FinalStageSurvivesABrokenFront)
@@ -558,6 +561,7 @@ TEST(Triangulator, ClosingPassAloneMakesTheResultConstrainedDelaunay)
     ScopedHooks scoped;
     scoped.hooks.skipSweepLegalization = true;
     const Result starResult = Triangulate(star);
+    EXPECT_TRUE(scoped.hooks.closingPassRan);
     EXPECT_GT(scoped.hooks.closingFlips, 100);
     EXPECT_TRUE(IsValidTriangulation(star, starResult.triangles));
     EXPECT_EQ(AsSet(starResult.triangles), starExpected);
@@ -570,9 +574,22 @@ TEST(Triangulator, ClosingPassAloneMakesTheResultConstrainedDelaunay)
 TEST(Triangulator, SweepLeavesNothingForTheClosingPass)
 {
     ScopedHooks scoped;
+    scoped.hooks.forceClosingPass = true;
     for (const Polygon &polygon : {Star(3000, 19), JitteredHoleGrid(15, 20), RegularHoleGrid(15)}) {
         Triangulate(polygon);
+        EXPECT_TRUE(scoped.hooks.closingPassRan);
         EXPECT_EQ(scoped.hooks.closingFlips, 0);
+    }
+}
+
+TEST(Triangulator, ClosingPassIsSkippedAfterASweepThatRanThrough)
+{
+    ScopedHooks scoped;
+    for (const Polygon &polygon : {Star(3000, 19), JitteredHoleGrid(15, 20)}) {
+        const Result result = Triangulate(polygon);
+        EXPECT_FALSE(result.triangles.empty());
+        EXPECT_FALSE(scoped.hooks.closingPassRan);
+        EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
     }
 }
 

@@ -15,9 +15,10 @@
 //    The advancing front is a doubly linked list over the vertices; the front edge above which a new
 //    point lies is found through an index of the front vertices by their rank in x.
 // 3. Finalize: starting from the triangle on the inner side of the outline's first edge, collect the
-//    triangles reachable without crossing a constrained edge, run a closing Delaunay pass over them
-//    (it finds nothing to flip when the sweep legalised everything, and guarantees the property
-//    otherwise), and hand them out with the caller's points.
+//    triangles reachable without crossing a constrained edge and hand them out with the caller's
+//    points. When the sweep left some legalisation undone (it failed, or gave up an edge part-way),
+//    a closing Delaunay pass over the collected triangles restores the property first; after a sweep
+//    that ran through, every flip was legalised and the pass would find nothing.
 //
 // Deterministic: no hashing of pointers, no randomness; ties in the in-circle test (co-circular
 // points) never flip.
@@ -422,6 +423,7 @@ bool Sweep::Legalize(bool general)
 {
     if (m_hooks && m_hooks->skipSweepLegalization) {
         m_legalize.clear();
+        m_legalizationComplete = false;
         return true;
     }
     while (!m_legalize.empty()) {
@@ -438,6 +440,7 @@ bool Sweep::Legalize(bool general)
             qCDebug(lcKezTriangulation)
                     << "Sweep::FlipEdgeEvent() FLIP failed due to missing triangle opposite point.";
             m_legalize.clear();
+            m_legalizationComplete = false;
             return false;
         }
         const int a = T.v[i], b = T.v[Next3(i)], c = T.v[Prev3(i)];
@@ -607,6 +610,7 @@ void Sweep::EdgeEvent(int start, int p)
         const EdgeEntry entry{this, start, end, TriangleOf(end), end};
         if (std::find(m_visited.begin(), m_visited.end(), entry) != m_visited.end()) {
             qCDebug(lcKezTriangulation) << "[BUG:FIXME] Endless loop";
+            m_legalizationComplete = false;
             return;
         }
         m_visited.push_back(entry);
@@ -809,6 +813,7 @@ int Sweep::InsertSegment(int from, int to, int &pocket)
     for (std::size_t round = 0; head < m_crossed.size(); ++round) {
         if (round > budget) {
             qCDebug(lcKezTriangulation) << "[BUG:FIXME] Endless loop";
+            m_legalizationComplete = false;
             return -1;
         }
         const EdgeRef edge = m_crossed[head++];
@@ -826,6 +831,7 @@ int Sweep::InsertSegment(int from, int to, int &pocket)
         if (j < 0) {
             qCDebug(lcKezTriangulation)
                     << "Sweep::FlipEdgeEvent() FLIP failed due to missing triangle opposite point.";
+            m_legalizationComplete = false;
             return -1;
         }
         const int a = m_tris[static_cast<std::size_t>(ft)].v[fi];
@@ -1035,9 +1041,22 @@ void Sweep::Finalize(LargeVector<Triangle> &out)
         }
     }
 
-    // Closing Delaunay pass over the result: flips between two collected triangles keep both inside.
-    // Each shared edge is checked once from its lower-numbered triangle; only a flip queues the
-    // edges around it for another look.
+    if (!m_legalizationComplete || (m_hooks && m_hooks->forceClosingPass))
+        RestoreDelaunay(result, inside);
+
+    out.reserve(out.size() + result.size());
+    for (int t : result) {
+        const Tri &T = m_tris[static_cast<std::size_t>(t)];
+        out.emplace_back(m_points[static_cast<std::size_t>(T.v[0])], m_points[static_cast<std::size_t>(T.v[1])],
+                         m_points[static_cast<std::size_t>(T.v[2])]);
+    }
+}
+
+// Closing Delaunay pass over the collected triangles: flips between two collected triangles keep
+// both inside. Each shared edge is checked once from its lower-numbered triangle; only a flip queues
+// the edges around it for another look.
+void Sweep::RestoreDelaunay(const LargeVector<int> &result, const LargeVector<char> &inside)
+{
     int flips = 0;
     m_legalize.clear();
     auto check = [&](int t, int i) {
@@ -1070,14 +1089,9 @@ void Sweep::Finalize(LargeVector<Triangle> &out)
             }
         }
     }
-    if (m_hooks)
+    if (m_hooks) {
+        m_hooks->closingPassRan = true;
         m_hooks->closingFlips = flips;
-
-    out.reserve(out.size() + result.size());
-    for (int t : result) {
-        const Tri &T = m_tris[static_cast<std::size_t>(t)];
-        out.emplace_back(m_points[static_cast<std::size_t>(T.v[0])], m_points[static_cast<std::size_t>(T.v[1])],
-                         m_points[static_cast<std::size_t>(T.v[2])]);
     }
 }
 
@@ -1088,6 +1102,7 @@ void Sweep::Run(LargeVector<Triangle> &out)
     if (m_hooks) {
         m_hooks->caughtError.clear();
         m_hooks->sweptPoints = 0;
+        m_hooks->closingPassRan = false;
         m_hooks->closingFlips = 0;
         m_hooks->inconsistency.clear();
     }
@@ -1102,6 +1117,7 @@ void Sweep::Run(LargeVector<Triangle> &out)
     } catch (const std::runtime_error &error) {
         // The sweep ends here; what exists so far is finalized below.
         m_legalize.clear();
+        m_legalizationComplete = false;
         if (m_hooks)
             m_hooks->caughtError = error.what();
     }

@@ -72,6 +72,7 @@ private:
     };
     bool FindEdge(const EdgeRef &edge, int &t, int &i);
     void Finalize(LargeVector<Triangle> &out);
+    void RestoreDelaunay(const LargeVector<int> &result, const LargeVector<char> &inside);
     int FindStartTriangle(int v0, int v1, bool insideOnLeft);
     void BreakFrontAround(int v);
     std::string FindInconsistency() const;
@@ -158,6 +159,9 @@ private:
 
     LargeVector<Tri> m_tris;
     FrontIndex m_front;
+    // False once the sweep has dropped legalisation work: after a failure, or an edge given up with
+    // its flips made. The final stage then restores the Delaunay property itself.
+    bool m_legalizationComplete = true;
 
     std::vector<std::pair<int, int>> m_legalize; // (triangle, edge) pairs waiting for the in-circle test
     std::vector<EdgeEntry> m_visited;

@@ -30,6 +30,9 @@ struct TestHooks
 
     // Skip the legalisation during the sweep, leaving the Delaunay property to the closing pass.
     bool skipSweepLegalization = false;
+    // Run the closing pass even after a sweep that legalised everything (it runs by itself only
+    // when the sweep left legalisation undone), to count what it finds.
+    bool forceClosingPass = false;
     // Check the whole mesh and front after every point and edge event; the first inconsistency found
     // ends up in inconsistency.
     bool verifyEveryStep = false;
@@ -42,7 +45,8 @@ struct TestHooks
     std::string caughtError;
     // Number of points swept before the sweep ended.
     int sweptPoints = 0;
-    // Flips made by the closing Delaunay pass over the result.
+    // Whether the closing Delaunay pass over the result ran, and the flips it made.
+    bool closingPassRan = false;
     int closingFlips = 0;
 };
 
