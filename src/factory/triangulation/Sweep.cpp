@@ -175,7 +175,8 @@ bool Sweep::Prepare()
 
     // Merge identical coordinates. The first input point of a group represents it. The points are
     // sorted by (x, y, input order) as integer keys that order like the coordinates, in a contiguous
-    // array: a stable radix sort by x, then each run of equal x (rarely more than one point) by y.
+    // array: a stable radix sort by x, then each run of equal x by y (these runs are short unless
+    // many points share an x, as along a vertical edge).
     LargeVector<KeyedInput> byX(inputs.size());
     for (std::size_t k = 0; k < inputs.size(); ++k)
         byX[k] = {OrderedKey(inputs[k].x), OrderedKey(inputs[k].y), static_cast<int>(k)};
