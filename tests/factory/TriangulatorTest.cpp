@@ -644,25 +644,52 @@ Ring DirtyRing(std::mt19937 &random, double scale, double offset)
     return ring;
 }
 
+// An outline with up to six holes, all dirty, at one of five scales (from 1e-300 to 1e300), some far
+// from the origin; every 50th has an infinite or NaN coordinate.
+Polygon DirtyPolygon(std::uint32_t seed)
+{
+    std::mt19937 random(seed);
+    const double scales[] = {1.0, 1e-12, 1e12, 1e-300, 1e300};
+    const double scale = scales[seed % 5];
+    const double offset = (seed % 7 == 0) ? 1e6 * scale : 0.0;
+    Polygon polygon;
+    polygon.outline = DirtyRing(random, scale, offset);
+    const int holes = std::uniform_int_distribution<int>(0, 6)(random);
+    for (int h = 0; h < holes; ++h)
+        polygon.holes.push_back(DirtyRing(random, scale / 2, offset));
+    if (seed % 50 == 0 && !polygon.outline.empty())
+        polygon.outline.back().x = (seed % 100 == 0) ? std::numeric_limits<double>::quiet_NaN()
+                                                      : std::numeric_limits<double>::infinity();
+    return polygon;
+}
+
 } // namespace
 
 TEST(Triangulator, DirtyInputAlwaysReturnsWithTrianglesOfTheInputPoints)
 {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    const double inf = std::numeric_limits<double>::infinity();
     for (std::uint32_t seed = 1; seed <= 400; ++seed) {
-        std::mt19937 random(seed);
-        const double scales[] = {1.0, 1e-12, 1e12, 1e-300, 1e300};
-        const double scale = scales[seed % 5];
-        const double offset = (seed % 7 == 0) ? 1e6 * scale : 0.0;
-        Polygon polygon;
-        polygon.outline = DirtyRing(random, scale, offset);
-        const int holes = std::uniform_int_distribution<int>(0, 6)(random);
-        for (int h = 0; h < holes; ++h)
-            polygon.holes.push_back(DirtyRing(random, scale / 2, offset));
-        if (seed % 50 == 0 && !polygon.outline.empty())
-            polygon.outline.back().x = (seed % 100 == 0) ? nan : inf;
-        const Result result = Triangulate(polygon);
+        const Result result = Triangulate(DirtyPolygon(seed));
         EXPECT_TRUE(result.cornersAreInputPoints) << seed;
     }
+}
+
+TEST(Triangulator, DirtyInputThatSweepsThroughLeavesNothingForTheClosingPass)
+{
+    // The closing pass is skipped after a sweep that ran through; forcing it there must find nothing.
+    ScopedHooks scoped;
+    int checked = 0;
+    for (std::uint32_t seed = 1; seed <= 4000; ++seed) {
+        const Polygon polygon = DirtyPolygon(seed);
+        scoped.hooks.forceClosingPass = false;
+        Triangulate(polygon);
+        if (scoped.hooks.closingPassRan)
+            continue; // the sweep left legalisation undone
+        scoped.hooks.forceClosingPass = true;
+        Triangulate(polygon);
+        if (!scoped.hooks.closingPassRan)
+            continue; // nothing inside the outline to pass over
+        ++checked;
+        EXPECT_EQ(scoped.hooks.closingFlips, 0) << seed;
+    }
+    EXPECT_GT(checked, 100);
 }
