@@ -8,6 +8,9 @@
 // output: the factory's CPU time divided by the triangulator's, and for each family how much longer a
 // tenfold input takes. On a shared machine run it with --benchmark_repetitions=5 (or more), and the table
 // takes the medians.
+// Where the machine's speed drifts between runs, add --benchmark_enable_random_interleaving=true: the
+// repetitions of all benchmarks then run in random order, so that a slow spell of the machine weighs
+// on every side of a ratio alike.
 #include "CpuTimeReporter.h"
 #include "triangulation/CDT.h"
 

@@ -9,6 +9,9 @@
 // (our CPU time divided by CGAL's, and how much longer a tenfold input of a family takes) follows the
 // usual output. On a shared machine run it with --benchmark_repetitions=5 (or more), and the table
 // takes the medians.
+// Where the machine's speed drifts between runs, add --benchmark_enable_random_interleaving=true: the
+// repetitions of all benchmarks then run in random order, so that a slow spell of the machine weighs
+// on every side of a ratio alike.
 #include "CpuTimeReporter.h"
 #include "triangulation/CDT.h"
 
