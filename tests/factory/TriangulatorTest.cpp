@@ -122,6 +122,19 @@ TEST(TriangulatorPredicates, ToleranceOrientationTreatsTinyAreasAsCollinear)
 // ---------------------------------------------------------------------------------------------
 // Plain contract
 
+TEST(Triangulator, ArtificialPointsLieBelowTheCloudByThreeTenthsOfItsExtent)
+{
+    ScopedHooks scoped;
+    Polygon polygon;
+    polygon.outline = {{-2.0, 1.0}, {8.0, 1.0}, {8.0, 5.0}, {3.0, 6.0}, {-2.0, 5.0}};
+    Triangulate(polygon);
+    // Extent 10 in x and 5 in y.
+    EXPECT_DOUBLE_EQ(scoped.hooks.tailX, -2.0 - 0.3 * 10.0);
+    EXPECT_DOUBLE_EQ(scoped.hooks.tailY, 1.0 - 0.3 * 5.0);
+    EXPECT_DOUBLE_EQ(scoped.hooks.headX, 8.0 + 0.3 * 10.0);
+    EXPECT_DOUBLE_EQ(scoped.hooks.headY, 1.0 - 0.3 * 5.0);
+}
+
 TEST(Triangulator, SquareGivesTwoCounterClockwiseTriangles)
 {
     const Polygon square = Square();

@@ -282,6 +282,12 @@ bool Sweep::Prepare()
     m_xy[static_cast<std::size_t>(Tail())].y = sMinY - marginY;
     m_xy[static_cast<std::size_t>(Head())].x = sMaxX + marginX;
     m_xy[static_cast<std::size_t>(Head())].y = sMinY - marginY;
+    if (m_hooks) {
+        m_hooks->tailX = std::ldexp(X(Tail()), -shift);
+        m_hooks->tailY = std::ldexp(Y(Tail()), -shift);
+        m_hooks->headX = std::ldexp(X(Head()), -shift);
+        m_hooks->headY = std::ldexp(Y(Head()), -shift);
+    }
 
     // Constrained edges of all rings, filed under their upper end, in input order.
     LargeVector<std::pair<int, int>> edges; // (upper, lower)

@@ -45,6 +45,9 @@ struct TestHooks
     std::string caughtError;
     // Number of points swept before the sweep ended.
     int sweptPoints = 0;
+    // The two artificial points below the point cloud (tail left, head right), in the caller's
+    // coordinates.
+    double tailX = 0.0, tailY = 0.0, headX = 0.0, headY = 0.0;
     // Whether the closing Delaunay pass over the result ran, and the flips it made.
     bool closingPassRan = false;
     int closingFlips = 0;
