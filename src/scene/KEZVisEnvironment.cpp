@@ -222,7 +222,7 @@ const QSet<KEZVisObject *> &KEZVisEnvironmentPrivate::Selection() const
     return selection;
 }
 
-void KEZVisEnvironmentPrivate::SetSelectionMember(KEZVisObject *object, bool member) const
+void KEZVisEnvironmentPrivate::SetSelectionMember(KEZVisObject *object, bool member)
 {
     KEZVisObjectPrivate *od = KEZVisObjectPrivate::get(object);
     if (od->environmentListSerial == objects.Serial())
@@ -746,11 +746,14 @@ void KEZVisEnvironment::EndSelection()
             removeIfPresent(d->pendingAdditions, object);
     }
     // Only selected objects can be deselected.
-    for (auto it = d->pendingRemovals.begin(); it != d->pendingRemovals.end();) {
-        if (d->Selection().contains(*it))
-            ++it;
-        else
-            it = d->pendingRemovals.erase(it);
+    {
+        const QSet<KEZVisObject *> &selection = d->Selection();
+        for (auto it = d->pendingRemovals.begin(); it != d->pendingRemovals.end();) {
+            if (selection.contains(*it))
+                ++it;
+            else
+                it = d->pendingRemovals.erase(it);
+        }
     }
 
     // Until the set and the members' marks are in step again, a death takes

@@ -69,7 +69,7 @@ public:
         selection set; objects of other environments are left alone. Every
         change of the set's members outside a commit's callouts goes with it.
     */
-    void SetSelectionMember(KEZVisObject *object, bool member) const;
+    void SetSelectionMember(KEZVisObject *object, bool member);
 
     KEZVisEnvironmentObjectList objects;
     QSharedPointer<KEZVisSelectionFilter> selectionFilter;
