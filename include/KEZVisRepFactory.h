@@ -295,14 +295,18 @@ public:
      * comes back where the counts could not be numbered by an int. Holds no
      * state and may run on any thread.
      *
-     * Cost: about n log n for n points on most drawings (outlines of many
-     * features, polygons with many holes). The triangulator keeps its mesh
-     * Delaunay after every point it sweeps, and on an outline that follows
-     * one long smooth curve, an egg shape or a few broad lobes sampled
-     * densely, each point then sets off flips in a part of the mesh that
-     * grows with the input: the time grows about with the square of the
-     * number of points, and 100,000 points on such a curve take tens of
-     * seconds. Sampling such curves more coarsely keeps it fast.
+     * Cost: about n log n for n points. The triangulator sweeps the points
+     * in order of y and keeps its mesh Delaunay after every point. On an
+     * outline that follows long smooth curves or long straight edges
+     * sampled densely (an ellipse, an egg shape, a rectangle with many
+     * points along its sides), every swept point would set off work in a
+     * part of the mesh that grows with the input; the triangulator notices
+     * that work outgrowing a budget linear in the points swept and builds
+     * the same constrained Delaunay triangulation by inserting the points
+     * in a spatially sorted random order instead (where four or more points
+     * lie on one circle, the triangles chosen among them may differ, still
+     * deterministically). If that fails (crossing edges), the sweep runs to
+     * the end and its result, partial as described above, is given.
      */
     static KEZVisSurfacePrimitive *CreateFilledPolygonPrimitive(QList<KEZMathSetOfPoints> const &rings);
 

@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -705,4 +706,235 @@ TEST(Triangulator, DirtyInputThatSweepsThroughLeavesNothingForTheClosingPass)
         EXPECT_EQ(scoped.hooks.closingFlips, 0) << seed;
     }
     EXPECT_GT(checked, 100);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Incremental insertion
+
+namespace {
+
+using Insertion = p2t::detail::TestHooks::Insertion;
+
+// An ellipse of `points` points, `width` times as wide as it is high, each point moved off the curve
+// by a random fraction of up to 1e-4 of its radius, so that no four points are co-circular.
+Polygon JitteredEllipse(int points, double width, std::uint32_t seed)
+{
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<double> jitter(-1e-4, 1e-4);
+    const double pi = std::acos(-1.0);
+    Polygon polygon;
+    for (int k = 0; k < points; ++k) {
+        const double angle = 2 * pi * k / points;
+        const double r = 1.0 + jitter(random);
+        polygon.outline.push_back({width * r * std::cos(angle), r * std::sin(angle)});
+    }
+    return polygon;
+}
+
+// A quadrilateral whose edges are each divided into `perEdge` equal parts: four long collinear runs.
+Polygon SubdividedQuadrilateral(int perEdge)
+{
+    const Pt corners[] = {{0, 0}, {1, 0.1}, {1.1, 1.2}, {0.1, 1}};
+    Polygon polygon;
+    for (int k = 0; k < 4; ++k) {
+        const Pt a = corners[k], b = corners[(k + 1) % 4];
+        for (int s = 0; s < perEdge; ++s) {
+            const double f = static_cast<double>(s) / perEdge;
+            polygon.outline.push_back({a.x + f * (b.x - a.x), a.y + f * (b.y - a.y)});
+        }
+    }
+    return polygon;
+}
+
+// A regular polygon: all its points lie on one circle, as exactly as cos and sin give them.
+Polygon RegularPolygon(int points)
+{
+    const double pi = std::acos(-1.0);
+    Polygon polygon;
+    for (int k = 0; k < points; ++k)
+        polygon.outline.push_back({std::cos(2 * pi * k / points), std::sin(2 * pi * k / points)});
+    return polygon;
+}
+
+} // namespace
+
+TEST(TriangulatorIncremental, LongSmoothAndStraightOutlinesGiveWayToIncrementalInsertion)
+{
+    ScopedHooks scoped;
+    for (const Polygon &polygon : {JitteredEllipse(20000, 2.0, 31), JitteredEllipse(20000, 0.5, 32),
+                                   Rosette(20000, 1.0, 0.3), SubdividedQuadrilateral(5000)}) {
+        const Result result = Triangulate(polygon);
+        EXPECT_TRUE(scoped.hooks.insertedIncrementally) << polygon.PointCount();
+        EXPECT_TRUE(scoped.hooks.caughtError.empty());
+        EXPECT_EQ(scoped.hooks.sweptPoints, static_cast<int>(polygon.PointCount()));
+        // The sweep gave way after at most 32 units of work a point and a fixed allowance, and
+        // incremental insertion needs a few flips a point: the whole run stays linear.
+        EXPECT_LT(scoped.hooks.work, 48u * polygon.PointCount());
+        EXPECT_FALSE(scoped.hooks.closingPassRan);
+        EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+    }
+}
+
+TEST(TriangulatorIncremental, OutlinesOfManyFeaturesAndGridsOfHolesStayWithTheSweep)
+{
+    ScopedHooks scoped;
+    for (const Polygon &polygon : {Star(20000, 33), JitteredHoleGrid(40, 34), RegularHoleGrid(40), Rosette(20000, 64.0, 0.2)}) {
+        Triangulate(polygon);
+        EXPECT_FALSE(scoped.hooks.insertedIncrementally) << polygon.PointCount();
+        EXPECT_LT(scoped.hooks.work, 32u * polygon.PointCount());
+    }
+}
+
+TEST(TriangulatorIncremental, GivesTheSweepsTrianglesWhereTheTriangulationIsUnique)
+{
+    ScopedHooks scoped;
+    for (const Polygon &polygon : {Star(3000, 35), JitteredHoleGrid(15, 36), JitteredEllipse(3000, 3.0, 37),
+                                   Transformed(Star(1000, 38), 1e-250, 3e-247, 0.0)}) {
+        scoped.hooks.insertion = Insertion::SweepOnly;
+        const Result swept = Triangulate(polygon);
+        EXPECT_FALSE(scoped.hooks.insertedIncrementally);
+        scoped.hooks.insertion = Insertion::IncrementalFirst;
+        const Result inserted = Triangulate(polygon);
+        EXPECT_TRUE(scoped.hooks.insertedIncrementally);
+        EXPECT_FALSE(swept.triangles.empty());
+        EXPECT_EQ(AsSet(inserted.triangles), AsSet(swept.triangles)) << polygon.PointCount();
+        EXPECT_TRUE(inserted.cornersAreInputPoints);
+    }
+}
+
+TEST(TriangulatorIncremental, PointsFallingOnEdgesSplitThem)
+{
+    ScopedHooks scoped;
+    scoped.hooks.insertion = Insertion::IncrementalFirst;
+    for (const Polygon &polygon : {SubdividedQuadrilateral(200), RegularHoleGrid(12)}) {
+        const Result result = Triangulate(polygon);
+        EXPECT_TRUE(scoped.hooks.insertedIncrementally);
+        EXPECT_GT(scoped.hooks.pointsOnEdges, 10);
+        EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+    }
+}
+
+TEST(TriangulatorIncremental, IsDeterministicAmongCoCircularPoints)
+{
+    ScopedHooks scoped;
+    scoped.hooks.insertion = Insertion::IncrementalFirst;
+    for (const Polygon &polygon : {RegularPolygon(2000), RegularHoleGrid(10)}) {
+        const Result first = Triangulate(polygon);
+        const Result second = Triangulate(polygon);
+        EXPECT_TRUE(scoped.hooks.insertedIncrementally);
+        ASSERT_EQ(first.triangles.size(), second.triangles.size());
+        EXPECT_TRUE(first.triangles == second.triangles);
+        EXPECT_TRUE(IsValidTriangulation(polygon, first.triangles));
+    }
+}
+
+TEST(TriangulatorIncremental, FailureLeavesItToTheSweep)
+{
+    // Crossing constrained edges stop incremental insertion too; the sweep then runs and its partial
+    // mesh is the result, exactly as without incremental insertion.
+    Polygon crossing = Square(10);
+    crossing.holes.push_back({{2, 6}, {6, 6}, {6, 8}, {2, 8}});
+    crossing.holes.push_back({{4, 7}, {8, 7}, {8, 9}, {4, 9}});
+    Polygon bowTie;
+    bowTie.outline = {{0, 0}, {2, 2}, {2, 0}, {0, 2}};
+    ScopedHooks scoped;
+    for (const Polygon &polygon : {crossing, bowTie}) {
+        scoped.hooks.insertion = Insertion::SweepOnly;
+        const Result swept = Triangulate(polygon);
+        const int sweptPoints = scoped.hooks.sweptPoints;
+        scoped.hooks.insertion = Insertion::IncrementalFirst;
+        const Result result = Triangulate(polygon);
+        EXPECT_FALSE(scoped.hooks.insertedIncrementally);
+        EXPECT_EQ(scoped.hooks.caughtError, "[Unsupported] Opposing point on constrained edge");
+        EXPECT_EQ(scoped.hooks.sweptPoints, sweptPoints);
+        EXPECT_TRUE(result.triangles == swept.triangles);
+    }
+}
+
+TEST(TriangulatorIncremental, KeepsTheMeshConsistentAfterEveryStep)
+{
+    ScopedHooks scoped;
+    scoped.hooks.insertion = Insertion::IncrementalFirst;
+    scoped.hooks.verifyEveryStep = true;
+    for (const Polygon &polygon : {Star(300, 39), JitteredHoleGrid(5, 40), SubdividedQuadrilateral(40)}) {
+        const Result result = Triangulate(polygon);
+        EXPECT_TRUE(scoped.hooks.insertedIncrementally);
+        EXPECT_EQ(scoped.hooks.inconsistency, "");
+        EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+    }
+}
+
+TEST(TriangulatorIncremental, HooksThatDisturbTheSweepKeepTheSweep)
+{
+    ScopedHooks scoped;
+    scoped.hooks.insertion = Insertion::IncrementalFirst;
+    scoped.hooks.throwBeforeSweepIndex = 100;
+    scoped.hooks.throwMessage = "EdgeEvent - collinear points not supported";
+    Triangulate(Star(300, 41));
+    EXPECT_FALSE(scoped.hooks.insertedIncrementally);
+    EXPECT_EQ(scoped.hooks.sweptPoints, 100);
+    EXPECT_EQ(scoped.hooks.caughtError, "EdgeEvent - collinear points not supported");
+}
+
+namespace {
+
+// True if no point of the polygon comes closer than a billionth of the polygon's extent to a ring
+// edge that it is not an end of. Closer than that, the sweep and incremental insertion may judge
+// collinearity (with its tolerance of 1e-12 of the extent) in different meshes and differ.
+bool FarFromDegenerate(const Polygon &polygon)
+{
+    std::vector<const Ring *> rings{&polygon.outline};
+    for (const Ring &hole : polygon.holes)
+        rings.push_back(&hole);
+    double minX = 1e308, maxX = -1e308, minY = 1e308, maxY = -1e308;
+    for (const Ring *ring : rings)
+        for (const Pt &p : *ring) {
+            minX = std::min(minX, p.x);
+            maxX = std::max(maxX, p.x);
+            minY = std::min(minY, p.y);
+            maxY = std::max(maxY, p.y);
+        }
+    const long double limit = 1e-9L * std::max<long double>(static_cast<long double>(maxX) - minX, static_cast<long double>(maxY) - minY);
+    for (const Ring *ring : rings)
+        for (std::size_t k = 0; k < ring->size(); ++k) {
+            const Pt a = (*ring)[k], b = (*ring)[(k + 1) % ring->size()];
+            const long double dx = static_cast<long double>(b.x) - a.x, dy = static_cast<long double>(b.y) - a.y;
+            const long double length2 = dx * dx + dy * dy;
+            for (const Ring *other : rings)
+                for (const Pt &p : *other) {
+                    if (p == a || p == b)
+                        continue;
+                    const long double px = static_cast<long double>(p.x) - a.x, py = static_cast<long double>(p.y) - a.y;
+                    const long double along = length2 > 0 ? std::clamp((px * dx + py * dy) / length2, 0.0L, 1.0L) : 0.0L;
+                    const long double ex = px - along * dx, ey = py - along * dy;
+                    if (ex * ex + ey * ey <= limit * limit)
+                        return false;
+                }
+        }
+    return true;
+}
+
+} // namespace
+
+TEST(TriangulatorIncremental, DirtyInputAlwaysReturnsAndCleanInputGivesTheSweepsTriangleCount)
+{
+    ScopedHooks scoped;
+    int inserted = 0, compared = 0;
+    for (std::uint32_t seed = 1; seed <= 20000; ++seed) {
+        const Polygon polygon = DirtyPolygon(seed);
+        scoped.hooks.insertion = Insertion::IncrementalFirst;
+        const Result result = Triangulate(polygon);
+        EXPECT_TRUE(result.cornersAreInputPoints) << seed;
+        if (!scoped.hooks.insertedIncrementally)
+            continue;
+        ++inserted;
+        if (!IsCleanPolygon(polygon) || !FarFromDegenerate(polygon))
+            continue;
+        scoped.hooks.insertion = Insertion::SweepOnly;
+        const Result swept = Triangulate(polygon);
+        ++compared;
+        EXPECT_EQ(result.triangles.size(), swept.triangles.size()) << seed;
+    }
+    EXPECT_GT(inserted, 1000);
+    EXPECT_GT(compared, 100);
 }

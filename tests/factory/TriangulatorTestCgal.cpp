@@ -1,6 +1,9 @@
 // The triangulator against CGAL's constrained Delaunay triangulation: where the constrained
-// Delaunay triangulation is unique, both must give the very same triangles.
+// Delaunay triangulation is unique, both must give the very same triangles, whether the sweep or
+// incremental insertion builds the mesh.
 #include "TriangulatorTestSupport.h"
+
+#include "triangulation/TestHooks_p.h"
 
 #include <CGAL/Constrained_Delaunay_triangulation_2.h>
 #include <CGAL/Exact_predicates_inexact_constructions_kernel.h>
@@ -105,30 +108,44 @@ CgalResult TriangulateWithCgal(const Polygon &polygon)
     return result;
 }
 
-std::set<Tri> OurTriangles(const Polygon &polygon)
+using Insertion = p2t::detail::TestHooks::Insertion;
+
+// Our triangles, built the given way; empty if the mesh was not built that way.
+std::set<Tri> OurTriangles(const Polygon &polygon, Insertion insertion)
 {
+    p2t::detail::TestHooks hooks;
+    hooks.insertion = insertion;
+    p2t::detail::SetTestHooks(&hooks);
+    const Result result = Triangulate(polygon);
+    p2t::detail::SetTestHooks(nullptr);
+    if (hooks.insertedIncrementally != (insertion == Insertion::IncrementalFirst))
+        return {};
     std::set<Tri> set;
-    for (const Tri &t : Triangulate(polygon).triangles)
+    for (const Tri &t : result.triangles)
         set.insert(Canonical(t));
     return set;
 }
 
-// Same triangles where the triangulation is unique; the same number of triangles anyway.
+// Same triangles where the triangulation is unique; the same number of triangles anyway. Checked for
+// the sweep and for incremental insertion.
 ::testing::AssertionResult MatchesCgal(const Polygon &polygon, bool expectUnique = true)
 {
     const CgalResult cgal = TriangulateWithCgal(polygon);
-    const std::set<Tri> ours = OurTriangles(polygon);
     if (cgal.triangles.empty())
         return ::testing::AssertionFailure() << "CGAL gave no triangles";
     if (expectUnique && cgal.ambiguous)
         return ::testing::AssertionFailure() << "input has co-circular points";
-    if (ours.size() != cgal.triangles.size())
-        return ::testing::AssertionFailure() << ours.size() << " triangles instead of " << cgal.triangles.size();
-    if (!cgal.ambiguous && ours != cgal.triangles) {
-        std::size_t differing = 0;
-        for (const Tri &t : ours)
-            differing += cgal.triangles.count(t) ? 0 : 1;
-        return ::testing::AssertionFailure() << differing << " of " << ours.size() << " triangles differ";
+    for (const Insertion insertion : {Insertion::SweepOnly, Insertion::IncrementalFirst}) {
+        const char *const way = insertion == Insertion::SweepOnly ? "sweep: " : "incremental insertion: ";
+        const std::set<Tri> ours = OurTriangles(polygon, insertion);
+        if (ours.size() != cgal.triangles.size())
+            return ::testing::AssertionFailure() << way << ours.size() << " triangles instead of " << cgal.triangles.size();
+        if (!cgal.ambiguous && ours != cgal.triangles) {
+            std::size_t differing = 0;
+            for (const Tri &t : ours)
+                differing += cgal.triangles.count(t) ? 0 : 1;
+            return ::testing::AssertionFailure() << way << differing << " of " << ours.size() << " triangles differ";
+        }
     }
     return ::testing::AssertionSuccess();
 }

@@ -22,11 +22,17 @@ namespace p2t {
 // such triangulations exist (four or more co-circular points) the result is still a deterministic
 // function of the input.
 //
-// Cost: about n log n for n points where the Delaunay triangulation of the points below the sweep line
-// differs from that of all points only near the line, as it does on outlines of many features and on
-// polygons with many holes. On an outline along one long smooth curve (an egg shape, a few broad
-// lobes) it differs in a part that grows with the input, every swept point sets off flips there, and
-// the time grows about with the square of the number of points.
+// Cost: about n log n for n points. Where the Delaunay triangulation of the points below the sweep
+// line differs from that of all points in a part that grows with the input (outlines along long
+// smooth curves or densely sampled straight edges), the sweep's flips and front walks per point grow
+// with the input. Once the sweep's work exceeds a budget linear in the points swept, it gives way:
+// the same constrained Delaunay triangulation is built by inserting the points into an enclosing
+// triangle in a random order (from a fixed seed) sorted along a Hilbert curve within rounds of
+// doubling size, then inserting the constrained edges as the sweep's edge events do. If that fails
+// (constrained edges that cross, or any other trouble), the sweep runs to its end without a budget
+// and its result, partial or whole, is the result. Where four or more points are co-circular, the two
+// ways may choose different (each deterministic) triangles among them; near-collinear points within
+// the tolerance below may be judged differently in the two meshes.
 //
 // Input conventions:
 // - Rings are closed implicitly: the last point connects to the first. Orientation does not matter;

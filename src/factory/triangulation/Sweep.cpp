@@ -20,8 +20,15 @@
 //    a closing Delaunay pass over the collected triangles restores the property first; after a sweep
 //    that ran through, every flip was legalised and the pass would find nothing.
 //
-// Deterministic: no hashing of pointers, no randomness; ties in the in-circle test (co-circular
-// points) never flip.
+// 4. When the sweep's work (flips and steps along the front) outgrows a budget linear in the points
+//    swept, the sweep gives way to incremental insertion, which builds the same triangulation: the
+//    points go into an enclosing triangle in a random order sorted along a Hilbert curve within
+//    rounds of doubling size, each found by a walk from the one before and legalised by flips, and
+//    the constrained edges are then inserted by the edge events' own insertion. If that fails, the
+//    sweep runs again without a budget, so its own failure handling decides the result.
+//
+// Deterministic: no hashing of pointers, and the random order comes from a fixed seed; ties in the
+// in-circle test (co-circular points) never flip.
 #include "Sweep_p.h"
 
 #include "Predicates_p.h"
@@ -54,6 +61,27 @@ const char *const kFanBrokenError = "[BUG:FIXME] FLIP failed due to missing tria
 namespace {
 
 const char *const kConstrainedCrossingError = "[Unsupported] Opposing point on constrained edge";
+const char *const kEndlessLoopMessage = "[BUG:FIXME] Endless loop";
+
+// The sweep keeps the mesh Delaunay after every point. On outlines along long smooth or straight
+// stretches, the Delaunay triangulation of the points below the sweep line differs from that of all
+// points in a part that grows with the input, and the flips per point grow with it; the front there
+// also forms long slopes that the basin test walks again for every point. Both cost quadratic time.
+// Once the sweep's work (flips and steps along the front) exceeds this budget, linear in the points
+// swept, the mesh is built again by incremental insertion in a spatially sorted random order, whose
+// expected work per point is constant. Sweeps of outlines with many features and of polygons with
+// many holes stay well below it.
+constexpr std::uint64_t kSweepWorkPerPoint = 32;
+constexpr std::uint64_t kSweepWorkAllowance = 8192;
+// A step along the front is a comparison of two neighbours' y, far cheaper than a flip.
+constexpr std::uint64_t kFrontStepsPerWorkUnit = 8;
+
+// Thrown out of the sweep when it outgrows its work budget; not a std::runtime_error, so that the
+// sweep's own failure handling does not catch it.
+struct SweepOverBudget
+{
+};
+constexpr std::uint64_t kNoWorkBudget = ~std::uint64_t(0);
 
 // InsertSegment's answer when the front must be filled below the segment first.
 constexpr int kPocketAhead = -2;
@@ -394,6 +422,7 @@ void Sweep::Flip(int t, int i, int o, int j)
     Tri &O = m_tris[static_cast<std::size_t>(o)];
     const int a = T.v[i], b = T.v[Next3(i)], c = T.v[Prev3(i)];
     const int q = O.v[j];
+    Charge(1);
     const int nCA = T.n[Next3(i)], nAB = T.n[Prev3(i)];
     const bool cCA = T.constrained & (1u << Next3(i)), cAB = T.constrained & (1u << Prev3(i));
     const int nBQ = O.n[Next3(j)], nQC = O.n[Prev3(j)];
@@ -421,6 +450,13 @@ void Sweep::Flip(int t, int i, int o, int j)
         MapFront(o);
 }
 
+void Sweep::Charge(std::uint64_t work)
+{
+    m_work += work;
+    if (m_work > m_workBudget)
+        throw SweepOverBudget{};
+}
+
 // Works off m_legalize: each entry names an edge that may fail the in-circle test; failing
 // unconstrained edges are flipped. In incremental mode the edges that a flip exposes are only the two
 // across from the vertex that caused the flip (a new point, or the apex of a filled triangle); in
@@ -444,6 +480,8 @@ bool Sweep::Legalize(bool general)
             continue;
         int j = IndexOfNeighbor(o, t);
         if (j < 0) {
+            if (m_incremental)
+                throw std::runtime_error(kMissingOppositeError);
             qCDebug(lcKezTriangulation)
                     << "Sweep::FlipEdgeEvent() FLIP failed due to missing triangle opposite point.";
             m_legalize.clear();
@@ -485,6 +523,8 @@ void Sweep::SweepPoints()
         m_hooks->sweptPoints = 1;
 
     for (int k = 1; k < m_count; ++k) {
+        if (m_mayInsertIncrementally)
+            m_workBudget = kSweepWorkPerPoint * static_cast<std::uint64_t>(k + 1) + kSweepWorkAllowance;
         if (m_hooks && m_hooks->throwBeforeSweepIndex == k)
             throw std::runtime_error(m_hooks->throwMessage);
         const int p = k;
@@ -573,14 +613,20 @@ void Sweep::FillBasin(int p)
         return;
     if (!(Y(p) - Y(first) > X(first) - X(p)))
         return;
+    std::uint64_t steps = 0;
     int bottom = first;
     while (NextOf(bottom) != Head()
-           && Y(NextOf(bottom)) <= Y(bottom))
+           && Y(NextOf(bottom)) <= Y(bottom)) {
         bottom = NextOf(bottom);
+        ++steps;
+    }
     int rim = bottom;
     while (NextOf(rim) != Head()
-           && Y(NextOf(rim)) > Y(rim))
+           && Y(NextOf(rim)) > Y(rim)) {
         rim = NextOf(rim);
+        ++steps;
+    }
+    Charge(steps / kFrontStepsPerWorkUnit);
     if (rim == bottom)
         return;
     int n = first;
@@ -616,7 +662,9 @@ void Sweep::EdgeEvent(int start, int p)
     for (;;) {
         const EdgeEntry entry{this, start, end, TriangleOf(end), end};
         if (std::find(m_visited.begin(), m_visited.end(), entry) != m_visited.end()) {
-            qCDebug(lcKezTriangulation) << "[BUG:FIXME] Endless loop";
+            if (m_incremental)
+                throw std::runtime_error(kEndlessLoopMessage);
+            qCDebug(lcKezTriangulation) << kEndlessLoopMessage;
             m_legalizationComplete = false;
             return;
         }
@@ -819,7 +867,9 @@ int Sweep::InsertSegment(int from, int to, int &pocket)
     const std::size_t budget = 16 * crossedCount * crossedCount + 1024;
     for (std::size_t round = 0; head < m_crossed.size(); ++round) {
         if (round > budget) {
-            qCDebug(lcKezTriangulation) << "[BUG:FIXME] Endless loop";
+            if (m_incremental)
+                throw std::runtime_error(kEndlessLoopMessage);
+            qCDebug(lcKezTriangulation) << kEndlessLoopMessage;
             m_legalizationComplete = false;
             return -1;
         }
@@ -836,6 +886,8 @@ int Sweep::InsertSegment(int from, int to, int &pocket)
             j = -1;
         }
         if (j < 0) {
+            if (m_incremental)
+                throw std::runtime_error(kMissingOppositeError);
             qCDebug(lcKezTriangulation)
                     << "Sweep::FlipEdgeEvent() FLIP failed due to missing triangle opposite point.";
             m_legalizationComplete = false;
@@ -937,6 +989,8 @@ std::string Sweep::FindInconsistency() const
             if (IndexOf(TriangleOf(T.v[k]), T.v[k]) < 0)
                 return "vertex " + std::to_string(T.v[k]) + " has a stale triangle";
     }
+    if (m_incremental)
+        return std::string(); // no front
     for (int v = Tail(); v != Head(); v = NextOf(v)) {
         const int next = NextOf(v);
         if (next < 0 || PrevOf(next) != v)
@@ -959,6 +1013,246 @@ void Sweep::Verify(const char *where, int p)
     const std::string problem = FindInconsistency();
     if (!problem.empty())
         m_hooks->inconsistency = std::string(where) + " of vertex " + std::to_string(p) + ": " + problem;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Incremental insertion
+
+namespace {
+
+// A small deterministic generator (splitmix64) for the insertion order.
+std::uint64_t NextRandom(std::uint64_t &state)
+{
+    std::uint64_t z = (state += 0x9e3779b97f4a7c15ULL);
+    z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9ULL;
+    z = (z ^ (z >> 27)) * 0x94d049bb133111ebULL;
+    return z ^ (z >> 31);
+}
+
+// Position of the cell (x, y) of a 65536 x 65536 grid along a Hilbert curve: each level picks the
+// quadrant (in the curve's order for the current orientation) and turns the remaining coordinates
+// into that quadrant's frame.
+std::uint64_t HilbertPosition(std::uint32_t x, std::uint32_t y)
+{
+    constexpr std::uint32_t kSide = 1u << 16;
+    std::uint64_t position = 0;
+    for (std::uint32_t half = kSide / 2; half > 0; half /= 2) {
+        const std::uint32_t right = (x & half) ? 1u : 0u;
+        const std::uint32_t up = (y & half) ? 1u : 0u;
+        position += std::uint64_t(half) * half * ((3u * right) ^ up);
+        if (up == 0) {
+            if (right == 1) {
+                x = kSide - 1 - x;
+                y = kSide - 1 - y;
+            }
+            std::swap(x, y);
+        }
+    }
+    return position;
+}
+
+} // namespace
+
+// Clears what a previous attempt built and sets up the sweep's start.
+void Sweep::StartSweep()
+{
+    const std::size_t vertices = static_cast<std::size_t>(m_count) + 2;
+    m_xy.resize(vertices);
+    m_links.assign(vertices, Links{});
+    m_tris.clear();
+    m_tris.reserve(2 * vertices + 16);
+    m_front.Reset(m_count + 2);
+    m_legalize.clear();
+    m_legalizationComplete = true;
+    m_incremental = false;
+    m_workBudget = kNoWorkBudget;
+}
+
+// Builds the constrained Delaunay triangulation by inserting the points one by one into a triangle
+// that encloses them all, in a random order that is sorted along a Hilbert curve within rounds of
+// doubling size (so each point is found by a short walk from the one before), and then inserting
+// every constrained edge, lower ends first, as the sweep's edge events do. Answers false, with the
+// mesh left for the caller to clear, when any step fails: the sweep then runs instead.
+bool Sweep::InsertIncrementally()
+{
+    StartSweep();
+    m_incremental = true;
+    try {
+        InsertPointsIncrementally();
+        for (int p = 0; p < m_count; ++p) {
+            EdgeEvents(p);
+            Verify("constrained edge insertion", p);
+        }
+    } catch (const std::runtime_error &) {
+        m_incremental = false;
+        return false;
+    }
+    if (m_hooks)
+        m_hooks->sweptPoints = m_count;
+    return true;
+}
+
+void Sweep::InsertPointsIncrementally()
+{
+    // The enclosing triangle, far enough from the cloud that its corners never matter inside the
+    // outline (they are outside it, and constrained edges block them from view).
+    double minX = X(0), maxX = X(0), minY = Y(0), maxY = Y(0);
+    for (int v = 1; v < m_count; ++v) {
+        minX = std::min(minX, X(v));
+        maxX = std::max(maxX, X(v));
+        minY = std::min(minY, Y(v));
+        maxY = std::max(maxY, Y(v));
+    }
+    const double size = std::max(maxX - minX, maxY - minY);
+    const double centerX = minX / 2 + maxX / 2, centerY = minY / 2 + maxY / 2;
+    const int a = m_count + 2, b = m_count + 3, c = m_count + 4;
+    m_xy.push_back(Coordinates{centerX - 32 * size, centerY - 16 * size});
+    m_xy.push_back(Coordinates{centerX + 32 * size, centerY - 16 * size});
+    m_xy.push_back(Coordinates{centerX, centerY + 32 * size});
+    m_links.resize(m_xy.size());
+    m_tris.reserve(2 * m_xy.size() + 16);
+    NewTriangle(a, b, c);
+
+    std::vector<int> order(static_cast<std::size_t>(m_count));
+    std::iota(order.begin(), order.end(), 0);
+    std::uint64_t state = 0x5eed;
+    for (std::size_t k = order.size(); k > 1; --k)
+        std::swap(order[k - 1], order[static_cast<std::size_t>(NextRandom(state) % k)]);
+    const double cell = 65535.0 / size;
+    auto key = [&](int v) {
+        const auto qx = static_cast<std::uint32_t>(std::min(65535.0, (X(v) - minX) * cell));
+        const auto qy = static_cast<std::uint32_t>(std::min(65535.0, (Y(v) - minY) * cell));
+        return HilbertPosition(qx, qy);
+    };
+    std::vector<std::pair<std::uint64_t, int>> keyed;
+    for (std::size_t end = order.size(); end > 0;) {
+        const std::size_t begin = end > 64 ? end / 2 : 0;
+        keyed.clear();
+        for (std::size_t k = begin; k < end; ++k)
+            keyed.emplace_back(key(order[k]), order[k]);
+        std::sort(keyed.begin(), keyed.end());
+        for (std::size_t k = begin; k < end; ++k)
+            order[k] = keyed[k - begin].second;
+        end = begin;
+    }
+
+    int previous = a;
+    for (const int p : order) {
+        int edge = -1;
+        const int t = Locate(p, TriangleOf(previous), edge);
+        if (edge < 0)
+            SplitTriangle(t, p);
+        else
+            SplitEdge(t, edge, p);
+        Legalize(false);
+        Verify("point insertion", p);
+        previous = p;
+    }
+}
+
+// The triangle that contains p, found by walking from start towards p; edge is the index of the
+// edge that p lies on, or -1 when p lies inside. The walk crosses an edge that has p strictly on its
+// far side, trying the edges in a rotating order; in a Delaunay triangulation such a walk always
+// arrives.
+int Sweep::Locate(int p, int start, int &edge) const
+{
+    int t = start;
+    const std::size_t limit = m_tris.size() + 16;
+    for (std::size_t steps = 0;; ++steps) {
+        const Tri &T = m_tris[static_cast<std::size_t>(t)];
+        int across = -1;
+        edge = -1;
+        for (int k = 0; k < 3; ++k) {
+            const int e = (k + static_cast<int>(steps % 3)) % 3;
+            const int side = OrientExact(T.v[Next3(e)], T.v[Prev3(e)], p);
+            if (side < 0) {
+                across = e;
+                break;
+            }
+            if (side == 0)
+                edge = e;
+        }
+        if (across < 0)
+            return t;
+        t = T.n[across];
+        if (t < 0 || steps > limit)
+            throw std::runtime_error(kMissingTriangleError);
+    }
+}
+
+// Splits t = (a, b, c) at the point p inside it into (a, b, p), (b, c, p) and (c, a, p), and queues
+// the three edges across from p for legalisation.
+void Sweep::SplitTriangle(int t, int p)
+{
+    const Tri old = m_tris[static_cast<std::size_t>(t)];
+    const int a = old.v[0], b = old.v[1], c = old.v[2];
+    const int t1 = NewTriangle(b, c, p);
+    const int t2 = NewTriangle(c, a, p);
+    auto bit = [&old](int k) { return (old.constrained >> k) & 1u; };
+    m_tris[static_cast<std::size_t>(t)] = Tri{{a, b, p}, {t1, t2, old.n[2]}, static_cast<std::uint8_t>(bit(2) << 2)};
+    m_tris[static_cast<std::size_t>(t1)] = Tri{{b, c, p}, {t2, t, old.n[0]}, static_cast<std::uint8_t>(bit(0) << 2)};
+    m_tris[static_cast<std::size_t>(t2)] = Tri{{c, a, p}, {t, t1, old.n[1]}, static_cast<std::uint8_t>(bit(1) << 2)};
+    for (const auto &[neighbor, replacement] : {std::pair<int, int>{old.n[0], t1}, {old.n[1], t2}}) {
+        if (neighbor < 0)
+            continue;
+        const int k = IndexOfNeighbor(neighbor, t);
+        if (k >= 0)
+            m_tris[static_cast<std::size_t>(neighbor)].n[k] = replacement;
+    }
+    TriangleOf(a) = t;
+    TriangleOf(b) = t;
+    TriangleOf(c) = t1;
+    TriangleOf(p) = t;
+    m_legalize.emplace_back(t, 2);
+    m_legalize.emplace_back(t1, 2);
+    m_legalize.emplace_back(t2, 2);
+}
+
+// Splits edge e of t, from b to c, at the point p on it: t = (a, b, c) becomes (a, b, p) and
+// (a, p, c); its neighbour o = (q, c, b) across the edge becomes (q, c, p) and (q, p, b). The four
+// edges across from p are queued for legalisation.
+void Sweep::SplitEdge(int t, int e, int p)
+{
+    const Tri oldT = m_tris[static_cast<std::size_t>(t)];
+    const int o = oldT.n[e];
+    const int j = o < 0 ? -1 : IndexOfNeighbor(o, t);
+    if (j < 0)
+        throw std::runtime_error(kMissingOppositeError);
+    const Tri oldO = m_tris[static_cast<std::size_t>(o)];
+    const int a = oldT.v[e], b = oldT.v[Next3(e)], c = oldT.v[Prev3(e)];
+    const int q = oldO.v[j];
+    const int nCA = oldT.n[Next3(e)], nAB = oldT.n[Prev3(e)];
+    const int nBQ = oldO.n[Next3(j)], nQC = oldO.n[Prev3(j)];
+    if (m_hooks)
+        ++m_hooks->pointsOnEdges;
+    const unsigned split = (oldT.constrained >> e) & 1u;
+    const unsigned cAB = (oldT.constrained >> Prev3(e)) & 1u, cCA = (oldT.constrained >> Next3(e)) & 1u;
+    const unsigned cBQ = (oldO.constrained >> Next3(j)) & 1u, cQC = (oldO.constrained >> Prev3(j)) & 1u;
+    const int t1 = NewTriangle(a, p, c);
+    const int o1 = NewTriangle(q, p, b);
+    m_tris[static_cast<std::size_t>(t)] = Tri{{a, b, p}, {o1, t1, nAB}, static_cast<std::uint8_t>(split | cAB << 2)};
+    m_tris[static_cast<std::size_t>(t1)] = Tri{{a, p, c}, {o, nCA, t}, static_cast<std::uint8_t>(split | cCA << 1)};
+    m_tris[static_cast<std::size_t>(o)] = Tri{{q, c, p}, {t1, o1, nQC}, static_cast<std::uint8_t>(split | cQC << 2)};
+    m_tris[static_cast<std::size_t>(o1)] = Tri{{q, p, b}, {t, nBQ, o}, static_cast<std::uint8_t>(split | cBQ << 1)};
+    if (nCA >= 0) {
+        const int k = IndexOfNeighbor(nCA, t);
+        if (k >= 0)
+            m_tris[static_cast<std::size_t>(nCA)].n[k] = t1;
+    }
+    if (nBQ >= 0) {
+        const int k = IndexOfNeighbor(nBQ, o);
+        if (k >= 0)
+            m_tris[static_cast<std::size_t>(nBQ)].n[k] = o1;
+    }
+    TriangleOf(a) = t;
+    TriangleOf(b) = t;
+    TriangleOf(p) = t;
+    TriangleOf(c) = t1;
+    TriangleOf(q) = o;
+    m_legalize.emplace_back(t, 2);
+    m_legalize.emplace_back(t1, 1);
+    m_legalize.emplace_back(o, 2);
+    m_legalize.emplace_back(o1, 1);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -1106,27 +1400,49 @@ void Sweep::RestoreDelaunay(const LargeVector<int> &result, const LargeVector<ch
 
 void Sweep::Run(LargeVector<Triangle> &out)
 {
+    using Insertion = TestHooks::Insertion;
+    const Insertion insertion = m_hooks ? m_hooks->insertion : Insertion::Automatic;
     if (m_hooks) {
         m_hooks->caughtError.clear();
         m_hooks->sweptPoints = 0;
         m_hooks->closingPassRan = false;
         m_hooks->closingFlips = 0;
         m_hooks->inconsistency.clear();
+        m_hooks->insertedIncrementally = false;
+        m_hooks->work = 0;
+        m_hooks->pointsOnEdges = 0;
     }
     if (!Prepare())
         return;
-    const std::size_t vertices = static_cast<std::size_t>(m_count) + 2;
-    m_tris.clear();
-    m_tris.reserve(2 * vertices + 16);
-    m_front.Reset(m_count + 2);
-    try {
-        SweepPoints();
-    } catch (const std::runtime_error &error) {
-        // The sweep ends here; what exists so far is finalized below.
-        m_legalize.clear();
-        m_legalizationComplete = false;
-        if (m_hooks)
-            m_hooks->caughtError = error.what();
+    // Hooks that disturb the sweep on purpose test the sweep: it must not be replaced then.
+    const bool disturbed = m_hooks
+                           && (m_hooks->throwBeforeSweepIndex >= 0 || m_hooks->stallEdgeEvents
+                               || m_hooks->loseOppositePoints > 0 || m_hooks->skipSweepLegalization);
+    m_mayInsertIncrementally = !disturbed && insertion != Insertion::SweepOnly;
+    bool built = m_mayInsertIncrementally && insertion == Insertion::IncrementalFirst && InsertIncrementally();
+    while (!built) {
+        StartSweep();
+        try {
+            SweepPoints();
+            built = true;
+        } catch (const SweepOverBudget &) {
+            // Incremental insertion gives the same constrained Delaunay triangulation. If it fails,
+            // the sweep runs again without a budget, so that its own failure handling decides.
+            m_mayInsertIncrementally = false;
+            built = InsertIncrementally();
+        } catch (const std::runtime_error &error) {
+            // The sweep ends here; what exists so far is finalized below.
+            m_legalize.clear();
+            m_legalizationComplete = false;
+            if (m_hooks)
+                m_hooks->caughtError = error.what();
+            built = true;
+        }
+        m_workBudget = kNoWorkBudget;
+    }
+    if (m_hooks) {
+        m_hooks->insertedIncrementally = m_incremental;
+        m_hooks->work = m_work;
     }
     Finalize(out);
 }

@@ -20,8 +20,10 @@ namespace detail {
 
 struct TestHooks;
 
-// One triangulation run. Vertices are numbered in sweep order (y, then x); the two artificial points
-// follow the real ones. Triangles live in one pool and refer to each other by index: vertex i of a
+// One triangulation run, by the sweep or, where the sweep's work outgrows its budget, by incremental
+// insertion. Vertices are numbered in sweep order (y, then x); the two artificial points of the sweep
+// follow the real ones, and incremental insertion adds the three corners of its enclosing triangle
+// after them. Triangles live in one pool and refer to each other by index: vertex i of a
 // triangle faces edge i, neighbour i lies across edge i, and bit i of constrained marks edge i as an
 // outline or hole edge. Every triangle is counter-clockwise.
 class Sweep
@@ -56,6 +58,7 @@ private:
     };
 
     bool Prepare();
+    void StartSweep();
     void SweepPoints();
     void PointEvent(int p);
     void FillVertex(int n);
@@ -71,6 +74,11 @@ private:
         int hint; // a triangle that had the edge when it was noted
     };
     bool FindEdge(const EdgeRef &edge, int &t, int &i);
+    bool InsertIncrementally();
+    void InsertPointsIncrementally();
+    int Locate(int p, int start, int &edge) const;
+    void SplitTriangle(int t, int p);
+    void SplitEdge(int t, int e, int p);
     void Finalize(LargeVector<Triangle> &out);
     void RestoreDelaunay(const LargeVector<int> &result, const LargeVector<char> &inside);
     int FindStartTriangle(int v0, int v1, bool insideOnLeft);
@@ -82,6 +90,9 @@ private:
     void LinkToExisting(int t, int edge, int other);
     void MarkConstrained(int t, int a, int b);
     void Flip(int t, int i, int o, int j);
+    // Adds work (flips, steps along the front) to the run's count; beyond the budget the sweep gives
+    // way to incremental insertion.
+    void Charge(std::uint64_t work);
     bool Legalize(bool general);
     void MapFront(int t);
     // Calls visit(t, i) for the triangles t around v (vertex i of t is v), counter-clockwise from
@@ -162,6 +173,13 @@ private:
     // False once the sweep has dropped legalisation work: after a failure, or an edge given up with
     // its flips made. The final stage then restores the Delaunay property itself.
     bool m_legalizationComplete = true;
+    // Work done by the current run (flips and steps along the front), and whether the run may still
+    // switch from the sweep to incremental insertion (when that work outgrows a budget linear in the
+    // points swept).
+    std::uint64_t m_work = 0;
+    std::uint64_t m_workBudget = ~std::uint64_t(0); // the sweep gives way beyond it
+    bool m_mayInsertIncrementally = false;
+    bool m_incremental = false; // the mesh is being built by incremental insertion
 
     std::vector<std::pair<int, int>> m_legalize; // (triangle, edge) pairs waiting for the in-circle test
     std::vector<EdgeEntry> m_visited;

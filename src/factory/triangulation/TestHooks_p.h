@@ -36,6 +36,11 @@ struct TestHooks
     // Check the whole mesh and front after every point and edge event; the first inconsistency found
     // ends up in inconsistency.
     bool verifyEveryStep = false;
+    // How the mesh is built: by the sweep, switching to incremental insertion when the sweep's work
+    // outgrows its budget (Automatic); by the sweep alone (SweepOnly); or by incremental insertion
+    // from the start, falling back to the sweep if it fails (IncrementalFirst).
+    enum class Insertion { Automatic, SweepOnly, IncrementalFirst };
+    Insertion insertion = Insertion::Automatic;
 
     // Outputs: what the last sweep did.
 
@@ -51,6 +56,13 @@ struct TestHooks
     // Whether the closing Delaunay pass over the result ran, and the flips it made.
     bool closingPassRan = false;
     int closingFlips = 0;
+    // Whether the mesh that was finalized came from incremental insertion, and the work (flips and
+    // steps along the front) of the run, abandoned attempts included.
+    bool insertedIncrementally = false;
+    unsigned long long work = 0;
+    // Points that incremental insertion put on an existing edge (splitting it) rather than inside a
+    // triangle.
+    int pointsOnEdges = 0;
 };
 
 // Installs hooks for the following triangulations; nullptr removes them. Not thread-safe: tests only.
