@@ -1,7 +1,7 @@
 // KEZVisRepFactory::CreateFilledPolygonPrimitive against our triangulator alone on the same input.
 //
-// Inputs: star-shaped outlines of 1,000 to 1,000,000 points; a square outline with 100 to 10,000 square
-// holes; and a star outline of 100,000 or 1,000,000 points with 1,000 or 10,000 square holes inside it.
+// Inputs: star-shaped and elliptic outlines of 1,000 to 1,000,000 points; a square outline with 100 to
+// 10,000 square holes; and a star outline of 100,000 or 1,000,000 points with 1,000 or 10,000 square holes inside it.
 // For each input the benchmark times the triangulator (building the CDT, adding the holes, triangulating,
 // collecting the triangles; the points exist beforehand) and the whole factory operation (cleaning,
 // hole tests, triangulation, the indexed surface; the rings exist beforehand). A table follows the usual
@@ -50,6 +50,21 @@ Ring StarRing(int points)
     return ring;
 }
 
+// An ellipse twice as wide as high, its points some 0.1 apart: one long smooth curve, where the
+// triangulator's sweep gives way to incremental insertion.
+Ring EllipseRing(int points)
+{
+    const double scale = points / 40.0;
+    Ring ring;
+    ring.reserve(std::size_t(points));
+    const double pi = std::acos(-1.0);
+    for (int k = 0; k < points; ++k) {
+        const double angle = 2.0 * pi * k / points;
+        ring.emplace_back(2.0 * scale * std::cos(angle), scale * std::sin(angle));
+    }
+    return ring;
+}
+
 // rows x columns square holes in the square of half side `half` round the origin.
 void AddHoles(Input &input, int rows, int columns, double half)
 {
@@ -68,6 +83,8 @@ Input Make(const std::string &family, int size)
     Input input;
     if (family == "star") {
         input.push_back(StarRing(size));
+    } else if (family == "ellipse") {
+        input.push_back(EllipseRing(size));
     } else if (family == "holes") {
         const int rows = int(std::lround(std::sqrt(double(size))));
         input.push_back({{-500, -500}, {500, -500}, {500, 500}, {-500, 500}});
@@ -154,6 +171,7 @@ struct Family
 const std::vector<Family> &Families()
 {
     static const std::vector<Family> families{{"star", {1000, 10000, 100000, 1000000}},
+                                              {"ellipse", {1000, 10000, 100000, 1000000}},
                                               {"holes", {100, 1000, 10000}},
                                               {"starholes", {100000, 1000000}}};
     return families;
