@@ -784,6 +784,19 @@ TEST(FilledPolygonGenerated, StarsOfManySizesAreValid)
     }
 }
 
+// A long smooth curve, where the triangulator leaves its sweep for incremental insertion, gives a
+// whole triangulation too.
+TEST(FilledPolygonGenerated, DenselySampledEllipseIsValid)
+{
+    const double pi = std::acos(-1.0);
+    Ring2D ellipse;
+    for (int k = 0; k < 20000; ++k)
+        ellipse.push_back({1000.0 * std::cos(2 * pi * k / 20000), 500.0 * std::sin(2 * pi * k / 20000)});
+    const Mesh mesh = FillAndCheck(ToRings({ellipse}));
+    EXPECT_EQ(mesh.vertices.size(), ellipse.size());
+    EXPECT_EQ(mesh.triangles.size(), ellipse.size() - 2);
+}
+
 TEST(FilledPolygonGenerated, GridsOfHolesAreValid)
 {
     for (int rows : {1, 3, 10, 30}) {
