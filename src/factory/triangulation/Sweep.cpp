@@ -430,16 +430,8 @@ void Sweep::Flip(int t, int i, int o, int j)
 
     T = Tri{{a, b, q}, {nBQ, o, nAB}, static_cast<std::uint8_t>((cBQ ? 1u : 0u) | (cAB ? 4u : 0u))};
     O = Tri{{a, q, c}, {nQC, nCA, t}, static_cast<std::uint8_t>((cQC ? 1u : 0u) | (cCA ? 2u : 0u))};
-    if (nBQ >= 0) {
-        const int k = IndexOfNeighbor(nBQ, o);
-        if (k >= 0)
-            m_tris[static_cast<std::size_t>(nBQ)].n[k] = t;
-    }
-    if (nCA >= 0) {
-        const int k = IndexOfNeighbor(nCA, t);
-        if (k >= 0)
-            m_tris[static_cast<std::size_t>(nCA)].n[k] = o;
-    }
+    Repoint(nBQ, o, t);
+    Repoint(nCA, t, o);
     TriangleOf(a) = t;
     TriangleOf(b) = t;
     TriangleOf(q) = t;
@@ -448,6 +440,16 @@ void Sweep::Flip(int t, int i, int o, int j)
         MapFront(t);
     if (nQC < 0 || nCA < 0)
         MapFront(o);
+}
+
+// Makes neighbor, if there is one, point to replacement where it pointed to previous.
+void Sweep::Repoint(int neighbor, int previous, int replacement)
+{
+    if (neighbor < 0)
+        return;
+    const int k = IndexOfNeighbor(neighbor, previous);
+    if (k >= 0)
+        m_tris[static_cast<std::size_t>(neighbor)].n[k] = replacement;
 }
 
 void Sweep::Charge(std::uint64_t work)
@@ -1189,16 +1191,11 @@ void Sweep::SplitTriangle(int t, int p)
     const int t1 = NewTriangle(b, c, p);
     const int t2 = NewTriangle(c, a, p);
     auto bit = [&old](int k) { return (old.constrained >> k) & 1u; };
-    m_tris[static_cast<std::size_t>(t)] = Tri{{a, b, p}, {t1, t2, old.n[2]}, static_cast<std::uint8_t>(bit(2) << 2)};
-    m_tris[static_cast<std::size_t>(t1)] = Tri{{b, c, p}, {t2, t, old.n[0]}, static_cast<std::uint8_t>(bit(0) << 2)};
-    m_tris[static_cast<std::size_t>(t2)] = Tri{{c, a, p}, {t, t1, old.n[1]}, static_cast<std::uint8_t>(bit(1) << 2)};
-    for (const auto &[neighbor, replacement] : {std::pair<int, int>{old.n[0], t1}, {old.n[1], t2}}) {
-        if (neighbor < 0)
-            continue;
-        const int k = IndexOfNeighbor(neighbor, t);
-        if (k >= 0)
-            m_tris[static_cast<std::size_t>(neighbor)].n[k] = replacement;
-    }
+    TriangleAt(t) = Tri{{a, b, p}, {t1, t2, old.n[2]}, static_cast<std::uint8_t>(bit(2) << 2)};
+    TriangleAt(t1) = Tri{{b, c, p}, {t2, t, old.n[0]}, static_cast<std::uint8_t>(bit(0) << 2)};
+    TriangleAt(t2) = Tri{{c, a, p}, {t, t1, old.n[1]}, static_cast<std::uint8_t>(bit(1) << 2)};
+    Repoint(old.n[0], t, t1);
+    Repoint(old.n[1], t, t2);
     TriangleOf(a) = t;
     TriangleOf(b) = t;
     TriangleOf(c) = t1;
@@ -1230,20 +1227,12 @@ void Sweep::SplitEdge(int t, int e, int p)
     const unsigned cBQ = (oldO.constrained >> Next3(j)) & 1u, cQC = (oldO.constrained >> Prev3(j)) & 1u;
     const int t1 = NewTriangle(a, p, c);
     const int o1 = NewTriangle(q, p, b);
-    m_tris[static_cast<std::size_t>(t)] = Tri{{a, b, p}, {o1, t1, nAB}, static_cast<std::uint8_t>(split | cAB << 2)};
-    m_tris[static_cast<std::size_t>(t1)] = Tri{{a, p, c}, {o, nCA, t}, static_cast<std::uint8_t>(split | cCA << 1)};
-    m_tris[static_cast<std::size_t>(o)] = Tri{{q, c, p}, {t1, o1, nQC}, static_cast<std::uint8_t>(split | cQC << 2)};
-    m_tris[static_cast<std::size_t>(o1)] = Tri{{q, p, b}, {t, nBQ, o}, static_cast<std::uint8_t>(split | cBQ << 1)};
-    if (nCA >= 0) {
-        const int k = IndexOfNeighbor(nCA, t);
-        if (k >= 0)
-            m_tris[static_cast<std::size_t>(nCA)].n[k] = t1;
-    }
-    if (nBQ >= 0) {
-        const int k = IndexOfNeighbor(nBQ, o);
-        if (k >= 0)
-            m_tris[static_cast<std::size_t>(nBQ)].n[k] = o1;
-    }
+    TriangleAt(t) = Tri{{a, b, p}, {o1, t1, nAB}, static_cast<std::uint8_t>(split | cAB << 2)};
+    TriangleAt(t1) = Tri{{a, p, c}, {o, nCA, t}, static_cast<std::uint8_t>(split | cCA << 1)};
+    TriangleAt(o) = Tri{{q, c, p}, {t1, o1, nQC}, static_cast<std::uint8_t>(split | cQC << 2)};
+    TriangleAt(o1) = Tri{{q, p, b}, {t, nBQ, o}, static_cast<std::uint8_t>(split | cBQ << 1)};
+    Repoint(nCA, t, t1);
+    Repoint(nBQ, o, o1);
     TriangleOf(a) = t;
     TriangleOf(b) = t;
     TriangleOf(p) = t;
@@ -1419,7 +1408,8 @@ void Sweep::Run(LargeVector<Triangle> &out)
                            && (m_hooks->throwBeforeSweepIndex >= 0 || m_hooks->stallEdgeEvents
                                || m_hooks->loseOppositePoints > 0 || m_hooks->skipSweepLegalization);
     m_mayInsertIncrementally = !disturbed && insertion != Insertion::SweepOnly;
-    bool built = m_mayInsertIncrementally && insertion == Insertion::IncrementalFirst && InsertIncrementally();
+    const bool incrementalFirst = m_mayInsertIncrementally && insertion == Insertion::IncrementalFirst;
+    bool built = incrementalFirst && InsertIncrementally();
     while (!built) {
         StartSweep();
         try {

@@ -90,6 +90,7 @@ private:
     void LinkToExisting(int t, int edge, int other);
     void MarkConstrained(int t, int a, int b);
     void Flip(int t, int i, int o, int j);
+    void Repoint(int neighbor, int previous, int replacement);
     // Adds work (flips, steps along the front) to the run's count; beyond the budget the sweep gives
     // way to incremental insertion.
     void Charge(std::uint64_t work);
@@ -101,6 +102,7 @@ private:
     void TurnAround(int v, Visit visit);
     void RemoveFromFront(int v);
 
+    Tri &TriangleAt(int t) { return m_tris[static_cast<std::size_t>(t)]; }
     int IndexOf(int t, int v) const
     {
         const Tri &tri = m_tris[static_cast<std::size_t>(t)];
