@@ -1410,6 +1410,8 @@ void Sweep::Run(LargeVector<Triangle> &out)
     m_mayInsertIncrementally = !disturbed && insertion != Insertion::SweepOnly;
     const bool incrementalFirst = m_mayInsertIncrementally && insertion == Insertion::IncrementalFirst;
     bool built = incrementalFirst && InsertIncrementally();
+    if (incrementalFirst && !built)
+        m_mayInsertIncrementally = false; // it failed once; the sweep decides
     while (!built) {
         StartSweep();
         try {
