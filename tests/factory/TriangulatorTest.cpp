@@ -851,6 +851,32 @@ TEST(TriangulatorIncremental, FailureLeavesItToTheSweep)
     }
 }
 
+TEST(TriangulatorIncremental, SweepOverBudgetWhoseIncrementalInsertionFailsRunsToItsEnd)
+{
+    // A long smooth outline makes the sweep give way; two crossing holes near its top make incremental
+    // insertion fail. The sweep then runs again without a budget and stops at the crossing, as it does
+    // on its own.
+    Polygon polygon = JitteredEllipse(6000, 2.0, 42);
+    polygon.holes.push_back({{-0.2, 0.6}, {0.2, 0.6}, {0.2, 0.8}, {-0.2, 0.8}});
+    polygon.holes.push_back({{0.0, 0.7}, {0.4, 0.7}, {0.4, 0.9}, {0.0, 0.9}});
+    ScopedHooks scoped;
+    scoped.hooks.insertion = Insertion::SweepOnly;
+    const Result swept = Triangulate(polygon);
+    const int sweptPoints = scoped.hooks.sweptPoints;
+    const unsigned long long sweepWork = scoped.hooks.work;
+    ASSERT_EQ(scoped.hooks.caughtError, "[Unsupported] Opposing point on constrained edge");
+    scoped.hooks.insertion = Insertion::Automatic;
+    const Result result = Triangulate(polygon);
+    EXPECT_FALSE(scoped.hooks.insertedIncrementally);
+    EXPECT_EQ(scoped.hooks.caughtError, "[Unsupported] Opposing point on constrained edge");
+    EXPECT_EQ(scoped.hooks.sweptPoints, sweptPoints);
+    EXPECT_GT(sweptPoints, 4000);
+    // The abandoned sweep and the failed insertion add to the work of the sweep that decided.
+    EXPECT_GT(scoped.hooks.work, sweepWork + 8192);
+    EXPECT_FALSE(result.triangles.empty());
+    EXPECT_TRUE(result.triangles == swept.triangles);
+}
+
 TEST(TriangulatorIncremental, KeepsTheMeshConsistentAfterEveryStep)
 {
     ScopedHooks scoped;
