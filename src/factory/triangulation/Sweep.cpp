@@ -460,9 +460,9 @@ void Sweep::Charge(std::uint64_t work)
 }
 
 // Works off m_legalize: each entry names an edge that may fail the in-circle test; failing
-// unconstrained edges are flipped. In incremental mode the edges that a flip exposes are only the two
-// across from the vertex that caused the flip (a new point, or the apex of a filled triangle); in
-// general mode all four outer edges of the flipped quadrilateral are checked again. Answers false
+// unconstrained edges are flipped. Unless general is set, the edges that a flip exposes are only the
+// two across from the vertex that caused the flip (a new point, or the apex of a filled triangle);
+// with general set, all four outer edges of the flipped quadrilateral are checked again. Answers false
 // when a flip step finds no opposite point; the pending work is then dropped.
 bool Sweep::Legalize(bool general)
 {
@@ -576,7 +576,7 @@ void Sweep::FillVertex(int n)
     LinkToExisting(t, 2, FrontTriangleOf(n));
     RemoveFromFront(n);
     FrontTriangleOf(left) = t;
-    // The apex is no new point, so the edges next to it may fail too: general mode.
+    // The apex is no new point, so the edges next to it may fail too: general legalisation.
     m_legalize.emplace_back(t, 1);
     m_legalize.emplace_back(t, 2);
     Legalize(true);
@@ -1097,14 +1097,10 @@ bool Sweep::InsertIncrementally()
 void Sweep::InsertPointsIncrementally()
 {
     // The enclosing triangle, far enough from the cloud that its corners never matter inside the
-    // outline (they are outside it, and constrained edges block them from view).
-    double minX = X(0), maxX = X(0), minY = Y(0), maxY = Y(0);
-    for (int v = 1; v < m_count; ++v) {
-        minX = std::min(minX, X(v));
-        maxX = std::max(maxX, X(v));
-        minY = std::min(minY, Y(v));
-        maxY = std::max(maxY, Y(v));
-    }
+    // outline (they are outside it, and constrained edges block them from view). Vertices are
+    // numbered in order of y and ranked in order of x, so the extremes are at hand.
+    const double minX = X(VertexOfRank(1)), maxX = X(VertexOfRank(m_count));
+    const double minY = Y(0), maxY = Y(m_count - 1);
     const double size = std::max(maxX - minX, maxY - minY);
     const double centerX = minX / 2 + maxX / 2, centerY = minY / 2 + maxY / 2;
     const int a = m_count + 2, b = m_count + 3, c = m_count + 4;
@@ -1430,7 +1426,7 @@ void Sweep::Run(LargeVector<Triangle> &out)
                 m_hooks->caughtError = error.what();
             built = true;
         }
-        m_workBudget = kNoWorkBudget;
+        m_workBudget = kNoWorkBudget; // the closing pass of the final stage flips too
     }
     if (m_hooks) {
         m_hooks->insertedIncrementally = m_incremental;
