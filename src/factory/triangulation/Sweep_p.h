@@ -161,7 +161,7 @@ private:
         int frontTriangle = -1;
         int triangle = -1;
     };
-    LargeVector<Coordinates> m_xy; // real vertices, then tail and head
+    LargeVector<Coordinates> m_xy; // real vertices, tail and head, then any enclosing-triangle corners
     LargeVector<Links> m_links;
     LargeVector<Point *> m_points; // representative input point of each real vertex
     LargeVector<int> m_rank; // rank of each vertex in order of x, then y
