@@ -29,5 +29,8 @@
 #include "KEZVisObject.h"
 #include "KEZVisSelectionFilter.h"
 #include "KEZVisVirtualObject.h"
+#include "KEZVisTextPrimitive.h"
+#include "KEZVisTransform.h"
+#include "KEZVisRepTransformedGraphics.h"
 
 #endif // KEZVISUALIZATION_H
