@@ -49,10 +49,12 @@ TEST(Gizmo, TheParentArgumentDoesNotBecomeTheParent)
     KEZVisEnvironment environment;
     QObject parent;
     auto *gizmo = new KEZVisGizmo(&environment, &parent);
+    const QList<KEZVisVirtualObject *> parts = environment.GetVirtualObjects();
     EXPECT_EQ(gizmo->parent(), nullptr);
     EXPECT_TRUE(parent.children().isEmpty());
     delete gizmo;
-    qDeleteAll(environment.GetVirtualObjects());
+    // The destructor takes the parts out of the environment and leaves them alive.
+    qDeleteAll(parts);
 }
 
 TEST_F(GizmoScene, SetPositionOnAHiddenGizmoShowsItAndEmitsNothing)
