@@ -21,7 +21,8 @@ class KEZVisMouseEvent;
     direction a shaft (radius 2.0, height 50.0, starting at the square root of
     32.0 from the origin) and a tip (radius 4.0, height 10.0). The parts are
     built once around a default frame and are placed as a whole through their
-    position. Nothing shows until Show(true) or SetPosition() is called.
+    position. They are added to the environment in the order of their part
+    numbers. Nothing shows until Show(true) or SetPosition() is called.
 
     The gizmo listens to KEZVisEnvironment::MouseEvent(): dragging the sphere
     moves the origin, dragging a tip slides the origin along that direction,
