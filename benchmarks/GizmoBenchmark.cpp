@@ -84,12 +84,18 @@ void BM_GizmoDragStep(benchmark::State &state)
     scene.Send(KEZVisMouseEvent::MousePressed, scene.sphere, KEZMathPoint());
     scene.Send(KEZVisMouseEvent::MouseMoved, nullptr, KEZMathPoint(1, 0, 0));
     scene.Send(KEZVisMouseEvent::MouseMoved, nullptr, KEZMathPoint(2, 0, 0));
+    long long emitted = 0;
+    QObject::connect(scene.gizmo.get(), &KEZVisGizmo::PositionChanged, [&emitted]() { ++emitted; });
+    const long long callsBefore = scene.client->calls;
     int step = 0;
     for (auto _ : state) {
         scene.Send(KEZVisMouseEvent::MouseMoved, nullptr, KEZMathPoint(3 + (step++ & 1), 0, 0));
     }
+    // Each step moves the frame and the ghost: one signal and client calls per step.
+    state.counters["signals"] = benchmark::Counter(double(emitted), benchmark::Counter::kAvgIterations);
+    state.counters["clientCalls"] =
+        benchmark::Counter(double(scene.client->calls - callsBefore), benchmark::Counter::kAvgIterations);
     scene.Send(KEZVisMouseEvent::MouseReleased, nullptr, KEZMathPoint());
-    benchmark::DoNotOptimize(scene.client->calls);
 }
 
 // The first step of a drag, which builds the ghost; the press, the slack move
