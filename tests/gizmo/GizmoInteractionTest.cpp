@@ -631,3 +631,43 @@ TEST_F(GizmoScene, AMoveWhileNotDraggingAddsNothingToTheScene)
     EXPECT_TRUE(log.entries.isEmpty());
     EXPECT_EQ(environment->GetVirtualObjects().size(), 7);
 }
+
+TEST_F(GizmoScene, RandomShaftDragsInRandomFramesAndViewsTurnTheFrameWithTheMouseAboutTheShaft)
+{
+    QRandomGenerator random(19);
+    auto uniform = [&random](double low, double high) { return low + (high - low) * random.generateDouble(); };
+    auto unit = [](const KEZMathVector &v) { return v * (1.0 / v.GetMagnitude()); };
+    for (int trial = 0; trial < 30; ++trial) {
+        // The third direction looks along the view; the first two span the screen.
+        const KEZMathVector view = unit(KEZMathVector(uniform(-1, 1), uniform(-1, 1), uniform(-1, 1) + 0.1));
+        const KEZMathVector helper = std::abs(view.GetX()) < 0.5 ? KEZMathVector(1, 0, 0) : KEZMathVector(0, 1, 0);
+        const KEZMathVector e1 = unit(helper - view * (helper * view));
+        const KEZMathVector e2 = view ^ e1;
+        KEZMathAxis frame;
+        frame.SetOrigin(KEZMathPoint(uniform(-20, 20), uniform(-20, 20), uniform(-20, 20)));
+        frame.SetFirstDirection(e1);
+        frame.SetSecondDirection(e2);
+        frame.SetThirdDirection(view);
+        gizmo->SetPosition(frame);
+        const KEZMathPoint pivot(uniform(-20, 20), uniform(-20, 20), uniform(-20, 20));
+        auto around = [&](double angle, double radius, double depth) {
+            return pivot + e1 * (radius * std::cos(angle)) + e2 * (radius * std::sin(angle)) + view * depth;
+        };
+        Press(KEZVisGizmo::PartThirdShaft, pivot, view);
+        double angle = uniform(0, 6.28);
+        Move(around(angle, 10, 0), view);
+        double total = 0.0;
+        for (int step = 0; step < 6; ++step) {
+            const double turn = uniform(-1.2, 1.2);
+            angle += turn;
+            total += turn;
+            Move(around(angle, uniform(3, 30), uniform(-5, 5)), view);
+        }
+        Release();
+        // A right-handed turn of the mouse about the view turns the frame right-handed about its third direction.
+        const KEZMathVector expectedFirst = e1 * std::cos(total) + e2 * std::sin(total);
+        EXPECT_TRUE(Near(gizmo->GetPosition().GetFirstDirection(), expectedFirst, 1e-7)) << "trial " << trial;
+        EXPECT_TRUE(Near(gizmo->GetPosition().GetThirdDirection(), view, 1e-7)) << "trial " << trial;
+        EXPECT_TRUE(gizmo->GetPosition().GetOrigin() == frame.GetOrigin());
+    }
+}
