@@ -17,6 +17,7 @@
 
 #include <QColor>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
