@@ -29,5 +29,6 @@
 #include "KEZVisObject.h"
 #include "KEZVisSelectionFilter.h"
 #include "KEZVisVirtualObject.h"
+#include "KEZVisGizmo.h"
 
 #endif // KEZVISUALIZATION_H
