@@ -32,5 +32,6 @@
 #include "KEZVisTextPrimitive.h"
 #include "KEZVisTransform.h"
 #include "KEZVisRepTransformedGraphics.h"
+#include "KEZVisGizmo.h"
 
 #endif // KEZVISUALIZATION_H
