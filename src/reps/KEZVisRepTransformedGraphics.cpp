@@ -31,7 +31,6 @@ void KEZVisRepTransformedGraphics::GetPrimitives(QList<const KEZVisPrimitive *> 
     KEZVisRepGraphics::GetPrimitives(primitives, options);
     Q_D(const KEZVisRepTransformedGraphics);
     const qsizetype count = d->primitives.size();
-    transforms.reserve(transforms.size() + count);
     const KEZVisTransform fallback = d->transforms.isEmpty() ? KEZVisTransform() : d->transforms.first();
     for (qsizetype i = 0; i < count; ++i)
         transforms.append(i < d->transforms.size() ? d->transforms.at(i) : fallback);
