@@ -8,6 +8,14 @@
 #include "KEZVisSurfacePrimitive.h"
 #include "kezvisualization_export.h"
 
+#include <QColor>
+#include <QImage>
+#include <QList>
+#include <QRect>
+#include <QSize>
+
+#include <KEZMathBoundingBox.h>
+#include <KEZMathPlane.h>
 #include <KEZMathPoint.h>
 #include <KEZMathSetOfPoints.h>
 #include <KEZMathVector.h>
@@ -49,6 +57,9 @@
  * could not be numbered by an int throws std::bad_array_new_length, a
  * std::bad_alloc, before anything is allocated.
  */
+class QIODevice;
+class QPainter;
+
 class KEZVISUALIZATION_EXPORT KEZVisRepFactory
 {
 public:
@@ -334,6 +345,154 @@ public:
      */
     static KEZVisRep *CreateFilledPolygonRep(QList<KEZMathSetOfPoints> const &rings, KEZVisOptions const &options,
                                              double extrusion, bool solid);
+
+    // -----------------------------------------------------------------------
+    // Painting reps on a plane
+
+    /*! Paints the list of the one \a rep with PaintReps(). */
+    static void PaintRep(KEZMathPlane const &plane, QPainter *painter, KEZVisRep const *rep);
+
+    /*!
+     * Draws all primitives of all \a reps with \a painter, seen on \a plane:
+     * each 3D point is projected to the plane's 2D coordinates, which go to
+     * the painter as they stand. The set structure of the reps plays no part:
+     * GetPrimitives() of each rep gives the primitives, and all of them are
+     * drawn in one order of ascending KEZVisOptions::GetPriority(), so a
+     * higher priority lands on top.
+     *
+     * The order is that of an in-place quicksort that is not stable, and it
+     * decides ties: with i = low and j = high, the pivot is the key at
+     * (i + j) / 2; while i <= j, i rises past keys below the pivot, j falls
+     * past keys above it, and unless i > j the two elements change places and
+     * i and j move one step on; then low to j and i to high are sorted the
+     * same way. Three equal priorities thus swap the first and the last.
+     *
+     * Each primitive is drawn between QPainter::save() and
+     * QPainter::restore(), so the caller's pen, brush and font survive, with
+     * a pen made from its options: the painter's pen, with the dash pattern
+     * of the options' line style (see below), not cosmetic, of width
+     * GetLineThickness() / unitScale, where unitScale is the length of the
+     * image of the unit x step under the painter's transform (a line keeps
+     * its thickness in device units under any scale), and with the options'
+     * colour on the pen's brush; the painter's font becomes the options'
+     * font. The painter's brush is not touched. For every primitive the line
+     * "  The painter brush color is: " with the painter brush's colour goes to
+     * the debug log of the category "kez.visualization.painter" (enabled by
+     * default; QT_LOGGING_RULES can switch it off).
+     *
+     * Dash patterns, in pen widths, by line style: 1 (3, 2); 2 (1, 2);
+     * 3 (3, 2, 1, 2); 4 (5, 1, 3, 1); 5 (3, 2, 1, 2, 1, 2);
+     * 6 (3, 2, 1, 2, 1, 2, 1, 2); 7 (3, 2, 3, 2, 1, 2, 1, 2);
+     * 8 (5, 1, 5, 1, 3, 1); 9 (3, 2, 3, 2, 1, 2, 1, 2, 1, 2); 10 (7, 2, 1, 2);
+     * 11 (7, 2, 1, 2, 1, 2); 12 (7, 2, 1, 2, 1, 2, 1, 2); 0 and all other
+     * values solid.
+     *
+     * What is drawn, by the primitive's class:
+     * - KEZVisPointPrimitive: its first point, once for each point it has,
+     *   with one QPainter::drawPoints() call each; the other points are not
+     *   shown, and the options' point symbol has no effect.
+     * - KEZVisPolylinePrimitive of separate segments: the pairs (0, 1),
+     *   (2, 3) and so on, each with its own QPainter::drawLines() call; a
+     *   pair of equal points is skipped, a last odd point is unused.
+     * - KEZVisPolylinePrimitive of one connected line: one
+     *   QPainter::drawPolyline(), or, when the first and the last 2D point lie
+     *   less than 0.001 apart in both x and y, one QPainter::drawPolygon()
+     *   with Qt::OddEvenFill, which fills it with the painter's brush.
+     * - KEZVisSurfacePrimitive and all its subclasses: nothing.
+     * - KEZVisTextPrimitive: the text, in the rectangle of
+     *   QFontMetrics::boundingRect() placed at the projected anchor (each
+     *   coordinate truncated to int) by the anchor location; a location
+     *   outside 0 to 8 leaves the rectangle where QFontMetrics put it. Where
+     *   the painter's transform turns y over (m22 < 0) the text is drawn into
+     *   a pixmap the size of the rectangle and that is drawn in its place, so
+     *   that the text stays upright.
+     * - anything else: nothing.
+     *
+     * The painter must be active; this neither begins nor ends it. A null
+     * painter or one that is not active draws nothing and writes one warning
+     * to the category "kez.visualization.painter". Null reps in the list are
+     * skipped. Coordinates that are not finite or are huge are handed to the
+     * painter as they are, which draws what it can of them; an anchor
+     * position that is not a number is taken as 0 and one beyond
+     * +-2^30 is clamped to that. A text whose rectangle is empty draws nothing.
+     * A pen width from a singular transform (unitScale 0) is not guarded.
+     */
+    static void PaintReps(KEZMathPlane const &plane, QPainter *painter, QList<KEZVisRep const *> const &reps);
+
+    /*!
+     * Walks the tree of \a reps in list order. A KEZVisRepExtraSet saves the
+     * painter, makes the painter's brush a solid one of the colour of its
+     * extra options (writing "The fill color is: " with the colour to the
+     * debug log of "kez.visualization.painter"), paints its children the same
+     * way and restores the painter. Any other KEZVisRepSet paints its
+     * children with the brush as it is. Every other rep is painted by itself
+     * with PaintRep(), so priorities order primitives only within one leaf.
+     * A solid fill thus reaches only closed polylines below an extra set.
+     * A KEZVisRepTransformedGraphics is painted as the graphics rep it is:
+     * its display transforms have no effect here.
+     *
+     * Null reps are skipped; a null or inactive painter draws nothing and
+     * writes one warning, as PaintReps() does.
+     */
+    static void PaintRepsRecursively(KEZMathPlane const &plane, QPainter *painter,
+                                     QList<KEZVisRep const *> const &reps);
+
+    // -----------------------------------------------------------------------
+    // Pictures
+
+    /*!
+     * The box of all non-null \a reps: the first one's
+     * KEZVisRep::GetBoundingBox(), expanded by each further one. An empty
+     * list, or one of nulls only, gives a default-constructed box.
+     */
+    static KEZMathBoundingBox CalculateRepesentationBoundingBox(QList<KEZVisRep const *> const &reps);
+
+    /*!
+     * The page rectangle of \a box for CreateSvgImage(), with y turned over
+     * and a margin m of 0.02 times the box's width on all four sides: x is
+     * lower x - m, y is -(delta y + (lower y - m) + 2m), the width delta x +
+     * 2m and the height delta y + 2m, each truncated towards zero (also below
+     * zero: 0.88 gives 0 and -0.5 gives 0). Values beyond +-2^30 are clamped
+     * to that, and a value that is not a number gives 0.
+     */
+    static QRect CalculateViewBox(KEZMathBoundingBox const &box);
+
+    /*!
+     * A picture of \a reps of \a size, on a transparent background: \a color
+     * is accepted and not used. The reps' box is fitted into the picture by
+     * the smaller of the two scales width / delta x and height / delta y,
+     * centred in the other direction, with y turned over: the world transform
+     * is a translation by (-lower x, -upper y), the centring added to it, then
+     * a scale by (s, -s). The reps are drawn with PaintReps() on the default
+     * plane, so by priority and without the fills of extra sets. Text and
+     * lines are antialiased.
+     *
+     * A size that is empty or negative gives a null QImage, with a warning.
+     * An empty list gives a transparent picture of the size; so does a model
+     * without extent (a zero delta), whose scale is not finite and which
+     * Qt draws nothing of. The picture is made through a QPixmap, so the call
+     * needs a QGuiApplication and belongs on its thread; without one it
+     * gives a null QImage, with a warning.
+     */
+    static QImage CreateImage(QSize const &size, QList<KEZVisRep const *> const &reps, QColor const &color);
+
+    /*!
+     * Writes \a reps as an SVG document to \a device through QSvgGenerator,
+     * whose size is \a box's delta x by delta y (truncated) and whose view
+     * box is \a viewBox; CalculateRepesentationBoundingBox() and
+     * CalculateViewBox() make fitting ones. The reps are drawn with
+     * PaintRepsRecursively() on the plane whose x direction is (1, 0, 0) and
+     * y direction (0, -1, 0), so model y comes out negated, as the view box
+     * expects, and extra sets fill their closed polylines. Antialiasing is
+     * asked for before the painter begins, where it has no effect on the
+     * output (Qt may warn of it).
+     *
+     * A null \a device writes nothing, with a warning. A device that cannot
+     * be opened for writing, or is open read-only, makes QSvgGenerator
+     * refuse to begin (with Qt's warning), and nothing is written.
+     */
+    static void CreateSvgImage(QList<KEZVisRep const *> const &reps, KEZMathBoundingBox const &box,
+                               QRect const &viewBox, QIODevice *device);
 };
 
 #endif // KEZVISREPFACTORY_H

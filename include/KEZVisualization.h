@@ -29,6 +29,9 @@
 #include "KEZVisObject.h"
 #include "KEZVisSelectionFilter.h"
 #include "KEZVisVirtualObject.h"
+#include "KEZVisTextPrimitive.h"
+#include "KEZVisTransform.h"
+#include "KEZVisRepTransformedGraphics.h"
 #include "KEZVisGizmo.h"
 
 #endif // KEZVISUALIZATION_H

@@ -99,7 +99,6 @@ void KEZVisRepGraphics::GetPrimitives(QList<const KEZVisPrimitive *> &primitives
     Q_D(const KEZVisRepGraphics);
     primitives.append(d->primitives);
     const qsizetype count = d->primitives.size();
-    options.reserve(options.size() + count);
     const KEZVisOptions fallback = d->options.isEmpty() ? KEZVisOptions() : d->options.first();
     for (qsizetype i = 0; i < count; ++i)
         options.append(i < d->options.size() ? d->options.at(i) : fallback);

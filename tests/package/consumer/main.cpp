@@ -6,11 +6,13 @@
 #include <KEZMathPoint.h>
 #include <KEZVisualization.h>
 
+#include <QBuffer>
 #include <QByteArray>
 #include <QColor>
 #include <QDataStream>
 #include <QGuiApplication>
 #include <QIODevice>
+#include <QImage>
 #include <QMetaType>
 
 #include <cmath>
@@ -26,6 +28,42 @@ void Check(bool condition, const char *what)
         std::fprintf(stderr, "FAILED: %s\n", what);
         ++failures;
     }
+}
+
+// A thumbnail as PNG bytes and a drawing as an SVG document, made from one
+// dashed diagonal rep.
+void CheckPictureExport()
+{
+    KEZMathSetOfPoints points;
+    points.append(KEZMathPoint(0.0, 0.0, 0.0));
+    points.append(KEZMathPoint(40.0, 20.0, 0.0));
+    KEZVisOptions options;
+    options.SetColor(QColor(0, 0, 255));
+    options.SetLineStyle(KEZVisOptions::LineStyleDash);
+    options.SetLineThickness(3.0);
+    KEZVisRep *rep = KEZVisRepFactory::CreatePolylineRep(points, options);
+    const QList<const KEZVisRep *> reps{rep};
+
+    const QImage image = KEZVisRepFactory::CreateImage(QSize(80, 40), reps, QColor(Qt::white));
+    Check(image.size() == QSize(80, 40), "size of the exported image");
+    int inked = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            inked += qAlpha(image.pixel(x, y)) > 0 ? 1 : 0;
+    Check(inked > 40 && qAlpha(image.pixel(70, 35)) == 0,
+          "the line in the exported image on a transparent background");
+    QBuffer png;
+    png.open(QIODevice::WriteOnly);
+    Check(image.save(&png, "PNG") && png.data().startsWith("\x89PNG"), "the image saved as PNG");
+
+    const KEZMathBoundingBox box = KEZVisRepFactory::CalculateRepesentationBoundingBox(reps);
+    QBuffer svg;
+    svg.open(QIODevice::WriteOnly);
+    KEZVisRepFactory::CreateSvgImage(reps, box, KEZVisRepFactory::CalculateViewBox(box), &svg);
+    Check(svg.data().contains("<svg") && svg.data().contains("viewBox=\"0 -20 41 21\"")
+              && svg.data().contains("stroke-dasharray=\"9,6\""),
+          "the SVG document with its view box and dashes");
+    delete rep;
 }
 
 } // namespace
@@ -71,6 +109,8 @@ int main(int argc, char **argv)
     Check(box.GetUpperPoint() == KEZMathPoint(4.0, 2.0, 5.0), "upper corner of the box");
     Check(box.GetDeltaX() == 3.0 && box.GetDeltaY() == 3.0, "extent of the box");
     Check(std::fabs(first.GetDistanceTo(second) - std::sqrt(22.0)) < 1e-12, "distance of two points");
+
+    CheckPictureExport();
 
     if (failures != 0) {
         std::fprintf(stderr, "%d check(s) failed\n", failures);
