@@ -1,0 +1,320 @@
+#include "Commands.h"
+
+#include "Gallery.h"
+#include "Io.h"
+#include "KvrFile.h"
+#include "Wireframe.h"
+
+#include <KEZVisOptions.h>
+#include <KEZVisPolylinePrimitive.h>
+#include <KEZVisRepExtraSet.h>
+#include <KEZVisRepFactory.h>
+#include <KEZVisRepGraphics.h>
+#include <KEZVisSurfacePrimitive.h>
+
+#include <QCommandLineParser>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QLoggingCategory>
+
+#include <cmath>
+#include <cstdio>
+#include <memory>
+
+namespace Commands {
+
+namespace {
+
+int Report(const Io::Failure &failure)
+{
+    std::fprintf(stderr, "kezvis: %s\n", qPrintable(failure.message));
+    return failure.status;
+}
+
+// Parses \a arguments; false with the exit status in \a status when the
+// command is done (help shown) or the line is wrong.
+bool ParseCommandLine(QCommandLineParser &parser, const QStringList &arguments, int *status)
+{
+    const QCommandLineOption help = parser.addHelpOption();
+    if (!parser.parse(arguments)) {
+        *status = UsageError(parser.errorText());
+        return false;
+    }
+    if (parser.isSet(help))
+        parser.showHelp(0);
+    return true;
+}
+
+QString KiloBytes(const QString &path)
+{
+    return QStringLiteral("%1 kB").arg((QFileInfo(path).size() + 1023) / 1024);
+}
+
+int CountPrimitives(const QList<const KEZVisRep *> &reps)
+{
+    QList<const KEZVisPrimitive *> primitives;
+    QList<KEZVisOptions> options;
+    for (const KEZVisRep *rep : reps)
+        rep->GetPrimitives(primitives, options);
+    return int(primitives.size());
+}
+
+// The painter's debug lines describe every primitive; a tool that paints
+// thousands of them keeps them out of its output.
+void QuietPainter()
+{
+    QLoggingCategory::setFilterRules(QStringLiteral("kez.visualization.painter.debug=false"));
+}
+
+const QCommandLineOption sizeOption({QStringLiteral("s"), QStringLiteral("size")},
+                                    QStringLiteral("Size of a PNG picture in pixels."), QStringLiteral("WxH"));
+const QCommandLineOption outputOption({QStringLiteral("o"), QStringLiteral("output")},
+                                      QStringLiteral("The file to write."), QStringLiteral("OUT"));
+
+bool SizeFrom(const QCommandLineParser &parser, const QString &fallback, QSize *size, Io::Failure *failure)
+{
+    return Io::ParseSize(parser.isSet(sizeOption) ? parser.value(sizeOption) : fallback, size, failure);
+}
+
+} // namespace
+
+int UsageError(const QString &message)
+{
+    std::fprintf(stderr, "kezvis: %s\n", qPrintable(message));
+    return 2;
+}
+
+int Gallery(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Builds the gallery scene, one labelled panel for each kind of geometry the library makes, and writes it "
+        "as gallery.png, gallery.svg and gallery.kvr into the output folder."));
+    parser.addOption({{QStringLiteral("o"), QStringLiteral("output")},
+                      QStringLiteral("The folder to write into (default: out)."),
+                      QStringLiteral("DIR"),
+                      QStringLiteral("out")});
+    parser.addOption(sizeOption);
+    int status = 0;
+    if (!ParseCommandLine(parser, arguments, &status))
+        return status;
+    if (!parser.positionalArguments().isEmpty())
+        return UsageError(QStringLiteral("gallery takes no file arguments"));
+    Io::Failure failure;
+    QSize size;
+    if (!SizeFrom(parser, QStringLiteral("1720x1280"), &size, &failure))
+        return Report(failure);
+
+    const QString folder = parser.value(QStringLiteral("output"));
+    if (!QDir().mkpath(folder))
+        return Report({folder + QStringLiteral(": the folder cannot be created"), 1});
+
+    QuietPainter();
+    const ::Gallery gallery;
+    const QList<const KEZVisRep *> reps = gallery.Reps();
+    const QDir dir(folder);
+    const QString png = dir.filePath(QStringLiteral("gallery.png"));
+    const QString svg = dir.filePath(QStringLiteral("gallery.svg"));
+    const QString kvr = dir.filePath(QStringLiteral("gallery.kvr"));
+    if (!Io::WriteReps(png, Io::Format::Png, reps, size, &failure)
+        || !Io::WriteReps(svg, Io::Format::Svg, reps, size, &failure)
+        || !Io::WriteReps(kvr, Io::Format::Kvr, reps, size, &failure))
+        return Report(failure);
+
+    const KEZMathBoundingBox box = KEZVisRepFactory::CalculateRepesentationBoundingBox(reps);
+    const QRect viewBox = KEZVisRepFactory::CalculateViewBox(box);
+    std::printf("Wrote the gallery: %d panels, %d primitives.\n", int(gallery.Panels().size()),
+                CountPrimitives(reps));
+    std::printf("  %s  PNG, %d x %d pixels on a transparent background, %s\n", qPrintable(png), size.width(),
+                size.height(), qPrintable(KiloBytes(png)));
+    std::printf("  %s  SVG, view box %d %d %d %d, with the fills of extra sets, %s\n", qPrintable(svg), viewBox.x(),
+                viewBox.y(), viewBox.width(), viewBox.height(), qPrintable(KiloBytes(svg)));
+    std::printf("  %s  rep stream of the same primitives (kezvis render reads it), %s\n", qPrintable(kvr),
+                qPrintable(KiloBytes(kvr)));
+    std::printf("Panels, with their pixel rectangles in the PNG:\n");
+    for (const ::Gallery::Panel &panel : gallery.Panels()) {
+        const QRect pixels = Io::PixelRectOf(panel.area, box, size).toAlignedRect();
+        std::printf("  panel %d %d %d %d  %s\n", pixels.x(), pixels.y(), pixels.width(), pixels.height(),
+                    qPrintable(panel.title));
+    }
+    return 0;
+}
+
+int Render(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Exports a saved rep stream (.kvr) as a PNG or SVG picture."));
+    parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("The rep stream to read."),
+                                 QStringLiteral("FILE.kvr"));
+    parser.addOption(outputOption);
+    parser.addOption(sizeOption);
+    int status = 0;
+    if (!ParseCommandLine(parser, arguments, &status))
+        return status;
+    if (parser.positionalArguments().size() != 1)
+        return UsageError(QStringLiteral("render needs exactly one FILE.kvr"));
+    if (!parser.isSet(outputOption))
+        return UsageError(QStringLiteral("render needs -o OUT.png or -o OUT.svg"));
+    Io::Failure failure;
+    QSize size;
+    Io::Format format;
+    const QString input = parser.positionalArguments().first();
+    const QString output = parser.value(outputOption);
+    if (!SizeFrom(parser, QStringLiteral("1024x768"), &size, &failure)
+        || !Io::FormatOf(output, {Io::Format::Png, Io::Format::Svg}, &format, &failure))
+        return Report(failure);
+
+    QElapsedTimer timer;
+    timer.start();
+    QFile file;
+    if (!Io::OpenForReading(input, &file, &failure))
+        return Report(failure);
+    const Kvr::ReadResult read = Kvr::Read(file);
+    if (!read.error.isEmpty())
+        return Report({input + QStringLiteral(": ") + read.error, 1});
+    const double readSeconds = timer.nsecsElapsed() / 1e9;
+    const double megabytes = file.size() / (1024.0 * 1024.0);
+
+    QuietPainter();
+    timer.restart();
+    if (!Io::WriteReps(output, format, read.List(), size, &failure))
+        return Report(failure);
+    const double exportSeconds = timer.nsecsElapsed() / 1e9;
+    std::printf("Rendered %d reps from %s into %s: reading %.3f s (%.3f s per MB), export %.3f s.\n",
+                int(read.reps.size()), qPrintable(input), qPrintable(output), readSeconds,
+                megabytes > 0 ? readSeconds / megabytes : 0.0, exportSeconds);
+    return 0;
+}
+
+namespace {
+
+// The area of the triangles of a surface, seen from above.
+double TriangleArea(const KEZVisSurfacePrimitive &surface)
+{
+    const QList<double> coords = surface.GetVertexCoordinatesAsDouble();
+    const QList<long> indexes = surface.GetTriangleVertexIndexes();
+    double area = 0.0;
+    for (qsizetype t = 0; t + 2 < indexes.size(); t += 3) {
+        const double *a = coords.constData() + 3 * indexes[t];
+        const double *b = coords.constData() + 3 * indexes[t + 1];
+        const double *c = coords.constData() + 3 * indexes[t + 2];
+        area += std::abs((b[0] - a[0]) * (c[1] - a[1]) - (c[0] - a[0]) * (b[1] - a[1])) / 2.0;
+    }
+    return area;
+}
+
+KEZVisOptions LineOptions(const QColor &color, double thickness)
+{
+    KEZVisOptions options;
+    options.SetColor(color);
+    options.SetLineThickness(thickness);
+    return options;
+}
+
+KEZVisRep *ClosedRing(KEZMathSetOfPoints ring, const KEZVisOptions &options)
+{
+    ring.append(ring.first());
+    return new KEZVisRepGraphics(
+        QList<const KEZVisPrimitive *>{new KEZVisPolylinePrimitive(ring, KEZVisPolylinePrimitive::StructureConnected)},
+        options);
+}
+
+} // namespace
+
+int Fill(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Fills a polygon with holes and exports it. Each file holds one ring as lines of \"x y\". A .kvr output "
+        "holds the filled surface (and its walls and top when extruded) and the rings; a picture shows the "
+        "triangles and the rings, filled in SVG."));
+    parser.addPositionalArgument(QStringLiteral("outline"), QStringLiteral("The outer ring."),
+                                 QStringLiteral("OUTLINE.txt"));
+    parser.addOption({QStringLiteral("hole"), QStringLiteral("A hole; may be given many times."),
+                      QStringLiteral("HOLE.txt")});
+    parser.addOption({QStringLiteral("extrude"), QStringLiteral("Makes a solid of this height."),
+                      QStringLiteral("H")});
+    parser.addOption(outputOption);
+    parser.addOption(sizeOption);
+    int status = 0;
+    if (!ParseCommandLine(parser, arguments, &status))
+        return status;
+    if (parser.positionalArguments().size() != 1)
+        return UsageError(QStringLiteral("fill needs exactly one OUTLINE file"));
+    if (!parser.isSet(outputOption))
+        return UsageError(QStringLiteral("fill needs -o OUT.png, -o OUT.svg or -o OUT.kvr"));
+    Io::Failure failure;
+    QSize size;
+    Io::Format format;
+    const QString output = parser.value(outputOption);
+    if (!SizeFrom(parser, QStringLiteral("1024x768"), &size, &failure)
+        || !Io::FormatOf(output, {Io::Format::Png, Io::Format::Svg, Io::Format::Kvr}, &format, &failure))
+        return Report(failure);
+    double extrusion = 0.0;
+    const bool solid = parser.isSet(QStringLiteral("extrude"));
+    if (solid) {
+        bool ok = false;
+        extrusion = parser.value(QStringLiteral("extrude")).toDouble(&ok);
+        if (!ok || !std::isfinite(extrusion))
+            return UsageError(QStringLiteral("--extrude needs a finite number, not '%1'")
+                                  .arg(parser.value(QStringLiteral("extrude"))));
+    }
+
+    QElapsedTimer timer;
+    timer.start();
+    QList<KEZMathSetOfPoints> rings;
+    QStringList files{parser.positionalArguments().first()};
+    files.append(parser.values(QStringLiteral("hole")));
+    qsizetype pointCount = 0;
+    for (const QString &path : files) {
+        KEZMathSetOfPoints ring;
+        if (!Io::ReadOutline(path, &ring, &failure))
+            return Report(failure);
+        pointCount += ring.size();
+        rings.append(ring);
+    }
+    const double readSeconds = timer.nsecsElapsed() / 1e9;
+
+    timer.restart();
+    std::unique_ptr<KEZVisRep> filled(
+        KEZVisRepFactory::CreateFilledPolygonRep(rings, LineOptions(QColor(90, 150, 90), 1.0), extrusion, solid));
+    const double fillSeconds = timer.nsecsElapsed() / 1e9;
+    if (!filled)
+        return Report({files.first() + QStringLiteral(": the polygon could not be filled"), 1});
+
+    QList<const KEZVisPrimitive *> primitives;
+    QList<KEZVisOptions> options;
+    filled->GetPrimitives(primitives, options);
+    const auto *base = primitives.isEmpty() ? nullptr : qobject_cast<const KEZVisSurfacePrimitive *>(primitives.first());
+    const int triangles = base ? base->GetNumTriangles() : 0;
+    const double area = base ? TriangleArea(*base) : 0.0;
+
+    // The rings, closed, under an extra set whose colour fills them in SVG.
+    QList<const KEZVisRep *> ringReps;
+    for (qsizetype n = 0; n < rings.size(); ++n)
+        ringReps.append(ClosedRing(rings[n], LineOptions(n == 0 ? Qt::darkGreen : Qt::darkRed, 1.5)));
+    auto *ringSet = new KEZVisRepExtraSet(ringReps, LineOptions(QColor(200, 235, 200), 1.0));
+    std::vector<std::unique_ptr<KEZVisRep>> owned;
+    owned.emplace_back(ringSet);
+    QList<const KEZVisRep *> reps;
+    if (format == Io::Format::Kvr) {
+        reps = {filled.get(), ringSet};
+    } else {
+        QuietPainter();
+        owned.emplace_back(WireframeOf(*filled, LineOptions(QColor(90, 150, 90), 0.5)));
+        reps = {ringSet, owned.back().get()};
+    }
+
+    timer.restart();
+    if (!Io::WriteReps(output, format, reps, size, &failure))
+        return Report(failure);
+    const double exportSeconds = timer.nsecsElapsed() / 1e9;
+    std::printf("Filled %d rings of %lld points in all: %d triangles of area %.17g.\n", int(rings.size()),
+                static_cast<long long>(pointCount), triangles, area);
+    std::printf("Wrote %s: reading %.3f s, triangulation %.3f s, export %.3f s.\n", qPrintable(output), readSeconds,
+                fillSeconds, exportSeconds);
+    return 0;
+}
+
+} // namespace Commands

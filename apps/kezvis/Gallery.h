@@ -1,0 +1,43 @@
+#ifndef KEZVIS_GALLERY_H
+#define KEZVIS_GALLERY_H
+
+// The gallery scene: one panel for each kind of geometry the library makes,
+// laid out in a grid and labelled.
+
+#include <KEZVisRep.h>
+
+#include <QList>
+#include <QRectF>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+class Gallery
+{
+public:
+    // One labelled panel: its title and its square in model coordinates.
+    struct Panel
+    {
+        QString title;
+        QRectF area;
+    };
+
+    Gallery();
+    ~Gallery();
+
+    // The reps of the whole scene, one set per panel; owned by the gallery.
+    QList<const KEZVisRep *> Reps() const;
+    const QList<Panel> &Panels() const { return m_panels; }
+
+    // The side of a panel and the gap between panels, in model units.
+    static constexpr double panelSide = 200.0;
+    static constexpr double panelGap = 20.0;
+    static constexpr int columns = 4;
+
+private:
+    std::vector<std::unique_ptr<KEZVisRep>> m_reps;
+    QList<Panel> m_panels;
+};
+
+#endif // KEZVIS_GALLERY_H
