@@ -132,10 +132,11 @@ int Gallery(const QStringList &arguments)
                 viewBox.y(), viewBox.width(), viewBox.height(), qPrintable(KiloBytes(svg)));
     std::printf("  %s  rep stream of the same primitives (kezvis render reads it), %s\n", qPrintable(kvr),
                 qPrintable(KiloBytes(kvr)));
-    std::printf("Panels, with their pixel rectangles in the PNG:\n");
+    std::printf("Panels: the rectangle in PNG pixels (x y width height), the square in model units, the title\n");
     for (const ::Gallery::Panel &panel : gallery.Panels()) {
         const QRect pixels = Io::PixelRectOf(panel.area, box, size).toAlignedRect();
-        std::printf("  panel %d %d %d %d  %s\n", pixels.x(), pixels.y(), pixels.width(), pixels.height(),
+        std::printf("  panel %d %d %d %d  model %g %g %g %g  %s\n", pixels.x(), pixels.y(), pixels.width(),
+                    pixels.height(), panel.area.x(), panel.area.y(), panel.area.width(), panel.area.height(),
                     qPrintable(panel.title));
     }
     return 0;
@@ -310,7 +311,7 @@ int Fill(const QStringList &arguments)
     if (!Io::WriteReps(output, format, reps, size, &failure))
         return Report(failure);
     const double exportSeconds = timer.nsecsElapsed() / 1e9;
-    std::printf("Filled %d rings of %lld points in all: %d triangles of area %.17g.\n", int(rings.size()),
+    std::printf("Filled %d rings of %lld points in all: %d triangles, area %.17g\n", int(rings.size()),
                 static_cast<long long>(pointCount), triangles, area);
     std::printf("Wrote %s: reading %.3f s, triangulation %.3f s, export %.3f s.\n", qPrintable(output), readSeconds,
                 fillSeconds, exportSeconds);

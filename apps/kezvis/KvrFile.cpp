@@ -9,6 +9,7 @@
 
 #include <QDataStream>
 #include <QIODevice>
+#include <QtEndian>
 
 #include <cstring>
 #include <limits>
@@ -101,6 +102,20 @@ qint64 BytesLeft(const QDataStream &stream)
     return device->isSequential() ? std::numeric_limits<qint64>::max() : device->bytesAvailable();
 }
 
+// Reads a QString, unless its announced length is more than the bytes left:
+// QDataStream would allocate the whole announced length first.
+bool ReadString(QDataStream &in, QString *text)
+{
+    const QByteArray head = in.device()->peek(4);
+    if (head.size() < 4)
+        return false;
+    const quint32 bytes = qFromBigEndian<quint32>(head.constData());
+    if (bytes != 0xFFFFFFFFu && qint64(bytes) > BytesLeft(in) - 4)
+        return false;
+    in >> *text;
+    return in.status() == QDataStream::Ok;
+}
+
 std::unique_ptr<KEZVisRep> ReadPoints(QDataStream &in)
 {
     KEZVisOptions options;
@@ -127,7 +142,10 @@ std::unique_ptr<KEZVisRep> ReadText(QDataStream &in)
     QString text;
     double x = 0, y = 0, z = 0;
     qint32 location = 0, scalability = 0;
-    in >> options >> text >> x >> y >> z >> location >> scalability;
+    in >> options;
+    if (in.status() != QDataStream::Ok || !ReadString(in, &text))
+        return nullptr;
+    in >> x >> y >> z >> location >> scalability;
     if (in.status() != QDataStream::Ok)
         return nullptr;
     auto *primitive = new KEZVisTextPrimitive(text, KEZMathPoint(x, y, z),
@@ -179,8 +197,11 @@ std::unique_ptr<KEZVisRep> ReadGraphics(QDataStream &in)
     const QString polylineTag = QString::fromLatin1(KEZVisPolylinePrimitive::staticMetaObject.className());
     for (qint32 n = 0; n < primitiveCount && in.status() == QDataStream::Ok; ++n) {
         QString tag;
-        in >> tag;
         KEZVisPrimitive *primitive = nullptr;
+        if (!ReadString(in, &tag)) {
+            release();
+            return nullptr;
+        }
         if (tag == polylineTag) {
             primitive = ReadPolyline(in);
         } else if (tag == QLatin1String("KEZVisSurfacePrimitive")) {
