@@ -7,6 +7,10 @@
 #                       again under AddressSanitizer and UndefinedBehaviorSanitizer
 #   ./build.sh bench    deps, a Release build into build-release/, every benchmark
 #   ./build.sh tsan     deps, a ThreadSanitizer build into build-tsan/, its tests
+#   ./build.sh demo     deps, a Release build of the library and kezvis into
+#                       build-release/, then "kezvis gallery" writes out/gallery.*
+#   ./build.sh docs     the API reference with Doxygen into build-docs/html;
+#                       any warning (such as undocumented public API) fails it
 set -euo pipefail
 
 here="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
@@ -18,6 +22,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     libcgal-dev
     fonts-dejavu-core
+    doxygen
 )
 
 install_dependencies() {
@@ -75,8 +80,20 @@ case "$command" in
             -DKEZ_TSAN=ON -DKEZ_BUILD_BENCHMARKS=OFF -DKEZ_BUILD_EXAMPLES=OFF
         ctest --test-dir "$here/build-tsan" -j "$jobs" --output-on-failure -L tsan
         ;;
+    demo)
+        install_dependencies
+        cmake -S "$here" -B "$here/build-release" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF
+        cmake --build "$here/build-release" -j "$jobs" --target kezvis
+        "$here/build-release/apps/kezvis/kezvis" gallery -o "$here/out"
+        ;;
+    docs)
+        install_dependencies
+        rm -rf "$here/build-docs"
+        (cd "$here" && doxygen docs/Doxyfile)
+        echo "API reference: $here/build-docs/html/index.html"
+        ;;
     *)
-        sed -n '2,10p' "$0"
+        sed -n '2,14p' "$0"
         exit 2
         ;;
 esac
