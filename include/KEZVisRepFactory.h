@@ -351,7 +351,8 @@ public:
      * been deleted), cannot be shown and is left out; one warning per call in
      * the logging category "kez.visualization.topology" tells how many were
      * left out and the index of the first. The primitive then holds the points
-     * of the other vertices, in their order.
+     * of the other vertices, in their order. More points than an int can
+     * count throw std::bad_array_new_length before anything is allocated.
      *
      * Never returns null; the caller owns the result. Holds no state and may
      * run on any thread, on data of its own.

@@ -20,7 +20,9 @@
 
 #include <QLoggingCategory>
 
+#include <limits>
 #include <memory>
+#include <new>
 #include <vector>
 
 namespace {
@@ -207,6 +209,8 @@ KEZVisRep *KEZVisRepFactory::CreateRep(QList<KEZTopVertex const *> const &vertic
     pointless.Warn("KEZVisRepFactory::CreateRep: skipped %1 vertices without a point, the first at index %2");
 
     const size_t count = points.size();
+    if (count > size_t(std::numeric_limits<int>::max()))
+        throw std::bad_array_new_length(); // the primitive counts its points with an int
     std::unique_ptr<double[]> coords(new double[3 * count]);
     for (size_t i = 0; i < count; ++i) {
         double *xyz = coords.get() + 3 * i;
