@@ -385,17 +385,18 @@ public:
      * at all the result is an empty set; it is never null.
      *
      * The curves and surfaces are not copied: the primitives read them on
-     * demand, so the body's geometry must outlive the rep, and each polyline
-     * holds a reference on its curve (KEZGeoGeometry::AddReference) for as
-     * long as it lives.
+     * demand and have nothing more to tell of a curve or surface once it has
+     * been deleted, so the body's geometry should outlive the rep. Each
+     * polyline holds a reference on its curve (KEZGeoGeometry::AddReference)
+     * for as long as it lives.
      *
      * Bad input does not crash. A null \a body gives an empty set and a
      * warning. A null entry in what the body lists, a vertex without a point,
      * an edge without a curve and a face without a surface (never given, or
-     * deleted since) are skipped; for each dimension one warning per call
-     * tells how many entries were skipped and the index of the first in the
-     * body's list. The warnings go to the logging category
-     * "kez.visualization.topology".
+     * deleted since) are skipped. A call writes at most one warning for each
+     * dimension and each of these two reasons, telling how many entries were
+     * skipped and the index of the first in the body's list. The warnings go
+     * to the logging category "kez.visualization.topology".
      *
      * An exception thrown while a primitive is made (by a curve or a surface
      * of the body, for instance) reaches the caller unchanged; everything

@@ -740,6 +740,24 @@ TEST(TopologyBodyRep, EdgeWhoseCurveIsGoneIsSkippedWithAWarning)
               QStringList{"KEZVisRepFactory::CreateRep: skipped 2 edges without a curve, the first at index 1"});
 }
 
+TEST(TopologyBodyRep, NullEntriesAndEdgesWithoutACurveGiveOneWarningForEachReason)
+{
+    Model model;
+    KEZTopEdge *edge = model.AddEdge(Points({KEZMathPoint(0.0, 0.0, 0.0), KEZMathPoint(1.0, 0.0, 0.0)}), false);
+    KEZTopEdge bare(nullptr);
+    KEZTopEdge alsoBare(nullptr);
+    ListingBody body;
+    body.lists[1] = {&bare, nullptr, edge, nullptr, &alsoBare, nullptr};
+    TopologyLog log;
+
+    const std::unique_ptr<KEZVisRep> rep = RepOf(&body, KEZVisOptions::VisibleEdges);
+
+    EXPECT_EQ(PrimitivesOf(rep.get()).primitives.size(), 1);
+    EXPECT_EQ(log.Lines(),
+              (QStringList{"KEZVisRepFactory::CreateRep: skipped 3 null entries of dimension 1, the first at index 1",
+                           "KEZVisRepFactory::CreateRep: skipped 2 edges without a curve, the first at index 0"}));
+}
+
 TEST(TopologyBodyRep, FaceWithoutASurfaceIsSkippedWithAWarning)
 {
     Model model;
