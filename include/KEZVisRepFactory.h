@@ -20,6 +20,11 @@
 #include <KEZMathSetOfPoints.h>
 #include <KEZMathVector.h>
 
+#include <QFlags>
+
+class KEZTopBody;
+class KEZTopVertex;
+
 /*!
  * Ready-made display geometry in one static call.
  *
@@ -493,6 +498,75 @@ public:
      */
     static void CreateSvgImage(QList<KEZVisRep const *> const &reps, KEZMathBoundingBox const &box,
                                QRect const &viewBox, QIODevice *device);
+
+    /*!
+     * A point rep of topology vertices: one KEZVisRepGraphics holding one
+     * KEZVisPointPrimitive with the point of each vertex, in the order of
+     * \a vertices, drawn with \a options. An empty list is not special: it
+     * gives a rep whose point primitive has no points.
+     *
+     * A null entry, or a vertex without a point (none was given, or it has
+     * been deleted), cannot be shown and is left out; one warning per call in
+     * the logging category "kez.visualization.topology" tells how many were
+     * left out and the index of the first. The primitive then holds the points
+     * of the other vertices, in their order. More points than an int can
+     * count throw std::bad_array_new_length before anything is allocated.
+     *
+     * Never returns null; the caller owns the result. Holds no state and may
+     * run on any thread, on data of its own.
+     */
+    static KEZVisRep *CreateRep(QList<KEZTopVertex const *> const &vertices, KEZVisOptions const &options);
+
+    /*!
+     * The rep of a topology body: a KEZVisRepSet of up to three
+     * KEZVisRepGraphics children, always in this order whatever the order of
+     * the flags in \a visible:
+     *
+     * 1. with KEZVisOptions::VisibleVertices, the point rep of the vertices
+     *    (dimension 0) made by the overload above, drawn with
+     *    \a vertexOptions;
+     * 2. with KEZVisOptions::VisibleEdges, one KEZVisPolylinePrimitive for each
+     *    edge (dimension 1), covering the whole curve of the edge (a default
+     *    KEZGeoRangeOfCurve), drawn with \a edgeOptions;
+     * 3. with KEZVisOptions::VisibleFaces, one KEZVisSurfacePrimitive for each
+     *    face (dimension 2), read on demand from the face's surface, drawn with
+     *    \a faceOptions. A face gives exactly one primitive: its surface is
+     *    not split by loops or trims here.
+     *
+     * Each kind is asked of the body with KEZTopBody::GetEntitiesOfDimension
+     * only when its flag is set, so a body is never queried for a dimension
+     * that was not asked for; other bits of \a visible are ignored. The
+     * primitives keep the order in which the body lists its entities. Entries
+     * of other classes than the one of their dimension (told apart with
+     * QMetaObject::cast) are skipped silently. A kind that has nothing to
+     * show gives no child rather than an empty one, and with nothing to show
+     * at all the result is an empty set; it is never null.
+     *
+     * The curves and surfaces are not copied: the primitives read them on
+     * demand and have nothing more to tell of a curve or surface once it has
+     * been deleted, so the body's geometry should outlive the rep. Each
+     * polyline holds a reference on its curve (KEZGeoGeometry::AddReference)
+     * for as long as it lives.
+     *
+     * Bad input does not crash. A null \a body gives an empty set and a
+     * warning. A null entry in what the body lists, a vertex without a point
+     * and an edge without a curve (never given, or deleted since) are
+     * skipped; a face without a surface gives, like every face, its surface
+     * primitive, an empty one. A call writes at most one warning for each
+     * dimension and each of these two reasons, telling how many entries were
+     * skipped and the index of the first in the body's list. The warnings go
+     * to the logging category "kez.visualization.topology".
+     *
+     * An exception thrown while a primitive is made (by a curve or a surface
+     * of the body, for instance) reaches the caller unchanged; everything
+     * made before it is freed again.
+     *
+     * The caller owns the result. Holds no state and may run on any thread, on
+     * data of its own.
+     */
+    static KEZVisRep *CreateRep(KEZTopBody const *body, KEZVisOptions const &vertexOptions,
+                                KEZVisOptions const &edgeOptions, KEZVisOptions const &faceOptions,
+                                QFlags<KEZVisOptions::VisibleGeometry> const &visible);
 };
 
 #endif // KEZVISREPFACTORY_H

@@ -80,7 +80,8 @@ public:
      * A mesh read on demand from \a surface, which must stay alive as long as
      * the primitive answers from it. The counts and the box are taken from the
      * surface now; no copy of the mesh is kept. A null \a surface gives an
-     * empty primitive.
+     * empty primitive. An exception of the surface's queries reaches the
+     * caller unchanged, and nothing of the primitive is left behind.
      */
     explicit KEZVisSurfacePrimitive(const KEZGeoSurface *surface);
 

@@ -106,11 +106,19 @@ KEZVisSurfacePrimitive::KEZVisSurfacePrimitive(const KEZGeoSurface *surface)
     Q_D(KEZVisSurfacePrimitive);
     if (!surface)
         return;
-    d->surface = surface;
-    d->numTriangles = surface->GetNumTriangles();
-    d->numVertexes = surface->GetNumVertices();
-    d->boundingBox = surface->GetBoundingBox();
-    d->boundingBoxValid = true;
+    try {
+        d->surface = surface;
+        d->numTriangles = surface->GetNumTriangles();
+        d->numVertexes = surface->GetNumVertices();
+        d->boundingBox = surface->GetBoundingBox();
+        d->boundingBoxValid = true;
+    } catch (...) {
+        // A surface may fail to answer. The destructor does not run for a
+        // constructor that throws, so the record goes here.
+        delete d_ptr;
+        d_ptr = nullptr;
+        throw;
+    }
 }
 
 KEZVisSurfacePrimitive::KEZVisSurfacePrimitive(KEZVisSurfacePrimitivePrivate *d)

@@ -207,3 +207,41 @@ TEST(GeoSurface, NormalOfATriangleNumberOutsideOneToCountIsRefused)
     EXPECT_EQ(zero->GetUpperLimit(), QVariant(2));
     EXPECT_THROW(surface.GetNormal(3), KEZSysOutOfBoundsException);
 }
+
+namespace {
+
+// A surface that answers one triangle more than it holds, and a box of its
+// own: a subclass that works its answers out by itself.
+class GrowingSurface : public KEZGeoSurface
+{
+public:
+    using KEZGeoSurface::KEZGeoSurface;
+    int GetNumTriangles() const override { return KEZGeoSurface::GetNumTriangles() + 1; }
+    KEZMathBoundingBox GetBoundingBox() const override { return KEZMathBoundingBox(KEZMathPoint(9.0, 9.0, 9.0)); }
+};
+
+} // namespace
+
+TEST(GeoSurface, QueriesOfASubclassAreReachedThroughTheBase)
+{
+    const GrowingSurface growing(FiveVertices(), TwoTriangles);
+    const KEZGeoSurface &surface = growing;
+    EXPECT_EQ(surface.GetNumTriangles(), 3);
+    ExpectPoint(surface.GetBoundingBox().GetLowerPoint(), 9.0, 9.0, 9.0);
+}
+
+TEST(GeoSurface, TrianglesAndNormalsOfTheBaseStayWithinItsOwnTriangles)
+{
+    // The subclass claims a third triangle; the base's own readers still
+    // refuse it, since the base holds only two.
+    const GrowingSurface surface(FiveVertices(), TwoTriangles);
+    int a = 0;
+    int b = 0;
+    int c = 0;
+    const std::optional<KEZSysOutOfBoundsException> refused =
+        OutOfBoundsThrownBy([&] { surface.GetVertices(3, a, b, c); });
+    ASSERT_TRUE(refused.has_value());
+    EXPECT_EQ(refused->GetUpperLimit().toInt(), 2);
+    EXPECT_TRUE(OutOfBoundsThrownBy([&] { surface.GetNormal(3); }).has_value());
+    ExpectVector(surface.GetNormal(1), 0.0, 0.0, 6.0);
+}

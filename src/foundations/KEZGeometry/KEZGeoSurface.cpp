@@ -63,7 +63,9 @@ KEZMathPoint KEZGeoSurface::GetVertex(int vertexIndex) const
 void KEZGeoSurface::GetVertices(int triangleNumber, int &a, int &b, int &c) const
 {
     Q_D(const KEZGeoSurface);
-    const int count = GetNumTriangles();
+    // The own record's count, not a subclass's: the indexes read below are
+    // this record's.
+    const int count = int(d->triangleVertexIndexes.size() / 3);
     if (triangleNumber < 1 || triangleNumber > count)
         throw KEZSysOutOfBoundsException(triangleNumber, 1, count, true, true);
     const qsizetype first = 3 * qsizetype(triangleNumber - 1);
@@ -78,7 +80,7 @@ KEZMathVector KEZGeoSurface::GetNormal(int triangleNumber) const
     int a = 0;
     int b = 0;
     int c = 0;
-    GetVertices(triangleNumber, a, b, c);
+    KEZGeoSurface::GetVertices(triangleNumber, a, b, c); // this record's indexes, to read this record's vertices
     const KEZMathPoint &pa = d->vertices.at(a);
     return (d->vertices.at(b) - pa) ^ (d->vertices.at(c) - pa);
 }

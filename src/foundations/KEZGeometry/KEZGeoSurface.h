@@ -21,6 +21,10 @@ class KEZGeoSurfacePrivate;
     Vertices are addressed by zero-based index, triangles by one-based number
     (1 to GetNumTriangles()). An index or number out of range is refused with
     KEZSysOutOfBoundsException, with the inclusive limits of its range.
+
+    The queries are virtual, as those of a modeller's surfaces are: a subclass
+    may work its mesh out on demand, and whatever it throws from a query
+    reaches the one who asked.
 */
 class KEZGEOMETRY_EXPORT KEZGeoSurface : public KEZGeoGeometry
 {
@@ -37,23 +41,23 @@ public:
                   QObject *parent = nullptr);
     ~KEZGeoSurface() override;
 
-    int GetNumVertices() const;
-    int GetNumTriangles() const;
+    virtual int GetNumVertices() const;
+    virtual int GetNumTriangles() const;
 
     //! The vertex at a zero-based index.
-    KEZMathPoint GetVertex(int vertexIndex) const;
+    virtual KEZMathPoint GetVertex(int vertexIndex) const;
     //! The three zero-based vertex indexes of the triangle with the one-based
     //! number, in the order given to the constructor.
-    void GetVertices(int triangleNumber, int &a, int &b, int &c) const;
+    virtual void GetVertices(int triangleNumber, int &a, int &b, int &c) const;
     //! (b - a) ^ (c - a) for the triangle with the one-based number, where a, b
     //! and c are its vertices in the order given. Deliberately not normalised:
     //! its length is twice the triangle's area, and readers that want a unit
     //! normal normalise it themselves.
-    KEZMathVector GetNormal(int triangleNumber) const;
+    virtual KEZMathVector GetNormal(int triangleNumber) const;
 
     //! The box of all vertices, also of those that no triangle uses; the
     //! default box when there are no vertices.
-    KEZMathBoundingBox GetBoundingBox() const;
+    virtual KEZMathBoundingBox GetBoundingBox() const;
 
 private:
     Q_DISABLE_COPY(KEZGeoSurface)
