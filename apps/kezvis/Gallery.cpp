@@ -11,6 +11,13 @@
 #include <KEZVisRepSet.h>
 #include <KEZVisTextPrimitive.h>
 
+#include <KEZGeoComboCurve.h>
+#include <KEZGeoComboPoint.h>
+#include <KEZGeoSurface.h>
+#include <KEZTopEdge.h>
+#include <KEZTopFace.h>
+#include <KEZTopVertex.h>
+
 #include <KEZMathPoint.h>
 #include <KEZMathSetOfPoints.h>
 #include <KEZMathVector.h>
@@ -314,6 +321,46 @@ void BuildTextPrimitives(PanelBuilder &panel)
     }
 }
 
+// A cube turned so that its depth shows from above, as a body of the
+// topology family: 8 vertices, 12 edges, 6 faces of two triangles each.
+void BuildBody(PanelBuilder &panel, KEZTopBody *body)
+{
+    const double cosX = std::cos(0.5), sinX = std::sin(0.5), cosY = std::cos(0.35), sinY = std::sin(0.35);
+    auto corner = [&](int n) {
+        const double x = (n & 1 ? 1 : -1) * 50.0, y = (n & 2 ? 1 : -1) * 50.0, z = (n & 4 ? 1 : -1) * 50.0;
+        const double y1 = y * cosX - z * sinX, z1 = y * sinX + z * cosX;
+        const double x2 = x * cosY + z1 * sinY, z2 = -x * sinY + z1 * cosY;
+        return panel.At(95 + x2, 85 + y1, z2);
+    };
+    QList<const KEZTopVertex *> vertices;
+    for (int n = 0; n < 8; ++n) {
+        vertices.append(new KEZTopVertex(new KEZGeoComboPoint(corner(n), body)));
+        body->AddEntity(0, const_cast<KEZTopVertex *>(vertices.last()));
+    }
+    for (int a = 0; a < 8; ++a)
+        for (int bit : {1, 2, 4})
+            if (!(a & bit)) {
+                KEZMathSetOfPoints ends;
+                ends << corner(a) << corner(a | bit);
+                body->AddEntity(1, new KEZTopEdge(new KEZGeoComboCurve(ends, false, body)));
+            }
+    const int faces[6][4] = {{0, 1, 3, 2}, {4, 6, 7, 5}, {0, 4, 5, 1}, {2, 3, 7, 6}, {0, 2, 6, 4}, {1, 5, 7, 3}};
+    for (const auto &face : faces) {
+        KEZMathSetOfPoints corners;
+        for (int n : face)
+            corners << corner(n);
+        body->AddEntity(2, new KEZTopFace(new KEZGeoSurface(corners, {0, 1, 2, 0, 2, 3}, body)));
+    }
+    panel.Add(KEZVisRepFactory::CreateRep(body, Style(Qt::red, 7.0), Style(QColor(30, 60, 140), 2.0),
+                                          Style(QColor(150, 180, 230)),
+                                          KEZVisOptions::VisibleVertices | KEZVisOptions::VisibleEdges
+                                              | KEZVisOptions::VisibleFaces));
+    // A point primitive is painted at its first point only, so each vertex
+    // also gets a point rep of its own, from the vertex-list form.
+    for (const KEZTopVertex *vertex : vertices)
+        panel.Add(KEZVisRepFactory::CreateRep(QList<const KEZTopVertex *>{vertex}, Style(Qt::red, 7.0)));
+}
+
 void BuildExtraSetFills(PanelBuilder &panel)
 {
     auto closedSquare = [&](double u, double v, double side, const QColor &edge) {
@@ -333,7 +380,7 @@ void BuildExtraSetFills(PanelBuilder &panel)
 
 } // namespace
 
-Gallery::Gallery()
+Gallery::Gallery() : m_body(std::make_unique<KEZTopBody>())
 {
     const KEZMathSetOfPoints outline = ReadOutline();
     struct Entry
@@ -353,6 +400,7 @@ Gallery::Gallery()
         {QStringLiteral("Polygon with holes"), [&](PanelBuilder &panel) { BuildFilledPolygon(panel, outline); }},
         {QStringLiteral("Extruded polygon"), [&](PanelBuilder &panel) { BuildExtrudedPolygon(panel, outline); }},
         {QStringLiteral("Fills of extra sets"), BuildExtraSetFills},
+        {QStringLiteral("Body from topology"), [&](PanelBuilder &panel) { BuildBody(panel, m_body.get()); }},
     };
     for (int n = 0; n < entries.size(); ++n) {
         const double x = (n % columns) * (panelSide + panelGap);

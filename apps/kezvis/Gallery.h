@@ -6,6 +6,8 @@
 
 #include <KEZVisRep.h>
 
+#include <KEZTopBody.h>
+
 #include <QList>
 #include <QRectF>
 #include <QString>
@@ -36,6 +38,10 @@ public:
     static constexpr int columns = 4;
 
 private:
+    // The body of the topology panel, with its geometry as its children. Its
+    // rep reads the curves and surfaces on demand, so it is declared first
+    // and outlives the reps.
+    std::unique_ptr<KEZTopBody> m_body;
     std::vector<std::unique_ptr<KEZVisRep>> m_reps;
     QList<Panel> m_panels;
 };
