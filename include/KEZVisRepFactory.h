@@ -21,7 +21,8 @@
 #include <KEZMathVector.h>
 
 /*!
- * Ready-made display geometry in one static call.
+ * \class KEZVisRepFactory
+ * \brief Ready-made display geometry in one static call.
  *
  * A class of static operations only, without data of its own. Most shapes
  * come in pairs: a Create...Primitive that builds the geometry, and a
