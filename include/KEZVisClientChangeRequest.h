@@ -43,6 +43,7 @@ public:
         MouseSnapGeometryTypesChange = 0x10,  //!< GetMouseSnapGeometryTypes()
         SelectionEnabledChange = 0x20         //!< IsSelectionEnabled()
     };
+    //! A combination of ChangeType bits.
     Q_DECLARE_FLAGS(ChangeTypes, ChangeType)
     Q_FLAG(ChangeTypes)
 
@@ -70,11 +71,17 @@ public:
     //! Asks to enable or disable selection.
     void RequestSelectionEnabled(bool enabled);
 
+    //! The box that RequestFit() last set; a default box before that.
     KEZMathBoundingBox GetFitBox() const;
+    //! The direction that RequestViewDirection() last set; a default vector before that.
     KEZMathVector GetViewDirection() const;
+    //! The orientation that RequestViewOrientation() last set; a default vector before that.
     KEZMathVector GetViewOrientation() const;
+    //! The flags that RequestMouseInteraction() last set; none before that.
     QFlags<KEZVisEnvironment::MouseInteractionFlag> GetMouseInteraction() const;
+    //! The types that RequestMouseSnapGeometryTypes() last set; none before that.
     QFlags<KEZVisEnvironment::MouseSnapGeometryType> GetMouseSnapGeometryTypes() const;
+    //! The value that RequestSelectionEnabled() last set; false before that.
     bool IsSelectionEnabled() const;
 
     /*!

@@ -92,6 +92,7 @@ public:
         DragInteraction = 0x08,             //!< objects may be dragged
         MouseEventInteraction = 0x10        //!< mouse events are sent to the environment
     };
+    //! A combination of MouseInteractionFlag values.
     Q_DECLARE_FLAGS(MouseInteractionFlags, MouseInteractionFlag)
     Q_FLAG(MouseInteractionFlags)
 
@@ -107,6 +108,7 @@ public:
         AxisSnapGeometry = 0x08,        //!< axes and directions
         GridSnapGeometry = 0x10         //!< a grid
     };
+    //! A combination of MouseSnapGeometryType values.
     Q_DECLARE_FLAGS(MouseSnapGeometryTypes, MouseSnapGeometryType)
     Q_FLAG(MouseSnapGeometryTypes)
 
@@ -220,8 +222,11 @@ public:
     //! Stores \a enabled and requests it of the clients, also when nothing changed.
     void SetSelectionEnabled(bool enabled);
 
+    //! The flags last stored by SetMouseInteraction(); NoMouseInteraction initially.
     MouseInteractionFlags GetMouseInteraction() const;
+    //! The types last stored by SetMouseSnapGeometryTypes(); NoSnapGeometry initially.
     MouseSnapGeometryTypes GetMouseSnapGeometryTypes() const;
+    //! The type last stored by SetNativeGeometrySelectionType(); KEZVisMouseContext::NoGeometrySelection initially.
     KEZVisMouseContext::NativeGeometrySelectionType GetNativeGeometrySelectionType() const;
     //! Stores \a flags and requests them; nothing happens if they equal the stored value.
     void SetMouseInteraction(const QFlags<MouseInteractionFlag> &flags);

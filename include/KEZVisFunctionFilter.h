@@ -18,6 +18,7 @@ class KEZVISUALIZATION_EXPORT KEZVisFunctionFilter : public KEZVisSelectionFilte
     Q_OBJECT
 
 public:
+    //! A filter without parent that keeps a copy of \a function; \a multiSelection is fixed for its life.
     KEZVisFunctionFilter(bool multiSelection, const std::function<bool(const KEZVisObject *)> &function);
     ~KEZVisFunctionFilter() override;
 

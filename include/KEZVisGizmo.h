@@ -60,6 +60,7 @@ public:
         InteractionSnapDirection = 16,   //!< click a shaft, then a snap axis: the direction takes it
         InteractionSnapOrigin = 32       //!< click the sphere, then a snap point: the origin takes it
     };
+    //! A combination of GizmoInteractionFlag values.
     Q_DECLARE_FLAGS(GizmoInteractionFlags, GizmoInteractionFlag)
 
     //! The numbers of the seven parts; 0 means no part.

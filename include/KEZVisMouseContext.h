@@ -35,6 +35,7 @@ public:
         SnapToPoint = 0x1,  //!< the snap point is valid
         SnapToAxis = 0x2    //!< the snap axis is valid
     };
+    //! A combination of SnapType values.
     Q_DECLARE_FLAGS(SnapTypes, SnapType)
     Q_FLAG(SnapTypes)
 
@@ -56,38 +57,49 @@ public:
     KEZVisMouseContext();
     ~KEZVisMouseContext() override;
 
+    //! Which of the snap results are valid; no flags initially.
     QFlags<SnapType> GetSnapType() const;
+    //! Sets the flags that GetSnapType() answers to \a snapType.
     void SetSnapType(QFlags<SnapType> snapType);
 
     //! The direction snapped to; default-constructed (not valid) initially.
     KEZMathVector GetSnapAxis() const;
+    //! Sets the direction that GetSnapAxis() answers to \a axis; the snap type is left alone.
     void SetSnapAxis(const KEZMathVector &axis);
 
     //! The point snapped to.
     KEZMathPoint GetSnapPoint() const;
+    //! Sets the point that GetSnapPoint() answers to \a point; the snap type is left alone.
     void SetSnapPoint(const KEZMathPoint &point);
 
     //! The mouse in model space.
     KEZMathPoint GetMousePoint() const;
+    //! Sets the point that GetMousePoint() answers to \a point.
     void SetMousePoint(const KEZMathPoint &point);
 
     //! The viewer's direction of view at this moment.
     KEZMathVector GetViewDirection() const;
+    //! Sets the direction that GetViewDirection() answers to \a direction.
     void SetViewDirection(const KEZMathVector &direction);
 
     //! The object under the mouse, not owned; null initially.
     const KEZVisObject *GetVisObject() const;
+    //! Sets the object that GetVisObject() answers to \a object, which may be null; it is not owned.
     void SetVisObject(const KEZVisObject *object);
 
+    //! The kind of native geometry picked; NoGeometrySelection initially.
     NativeGeometrySelectionType GetGeometrySelectionType() const;
+    //! Sets the kind that GetGeometrySelectionType() answers to \a type.
     void SetGeometrySelectionType(const NativeGeometrySelectionType &type);
 
     //! The picked directions; the list is shared with the caller's.
     QList<KEZMathVector> GetSelectedAxises() const;
+    //! Sets the directions that GetSelectedAxises() answers to \a axises.
     void SetSelectedAxises(const QList<KEZMathVector> &axises);
 
     //! The picked points; the list is shared with the caller's.
     QList<KEZMathPoint> GetSelectedPoints() const;
+    //! Sets the points that GetSelectedPoints() answers to \a points.
     void SetSelectedPoints(const QList<KEZMathPoint> &points);
 
     //! The private record.

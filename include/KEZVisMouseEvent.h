@@ -34,6 +34,7 @@ public:
         MouseReleased = 0x20,       //!< a button was released
         MousePressed = 0x40         //!< a button was pressed
     };
+    //! A combination of MouseActionFlag values.
     Q_DECLARE_FLAGS(MouseActionFlags, MouseActionFlag)
     Q_FLAG(MouseActionFlags)
 
@@ -43,11 +44,14 @@ public:
     KEZVisMouseEvent(MouseActionFlag action, const KEZVisMouseContext *context);
     ~KEZVisMouseEvent() override;
 
+    //! The action that happened; 0 for an event built without one.
     MouseActionFlag GetActionType() const;
+    //! Sets the action that GetActionType() answers to \a action.
     void SetActionType(MouseActionFlag action);
 
     //! The context, not owned; null if none was given.
     const KEZVisMouseContext *GetContext() const;
+    //! Sets the context that GetContext() answers to \a context, which may be null; it is not owned.
     void SetContext(const KEZVisMouseContext *context);
 
     //! The private record.

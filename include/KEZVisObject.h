@@ -56,6 +56,7 @@ public:
         SelectabilityChange = 0x10,   //!< after SelectabilityChanged()
         PositionChange = 0x20         //!< after PositionChanged()
     };
+    //! A combination of ChangeType bits.
     Q_DECLARE_FLAGS(ChangeTypes, ChangeType)
     Q_FLAG(ChangeTypes)
 

@@ -91,6 +91,7 @@ public:
         VisibleEdges = 2,
         VisibleFaces = 4
     };
+    /*! A combination of VisibleGeometry values. */
     Q_DECLARE_FLAGS(VisibleGeometries, VisibleGeometry)
     Q_FLAG(VisibleGeometries)
 
@@ -104,18 +105,22 @@ public:
 
     /*! Colour of lines, points, fills and text; invalid by default. */
     QColor GetColor() const;
+    /*! Sets the colour that GetColor() answers, as it is given. */
     void SetColor(const QColor &color);
 
     /*! Dash pattern of lines; any byte is stored as it is. */
     LineStyle GetLineStyle() const;
+    /*! Sets the line style that GetLineStyle() answers, as it is given. */
     void SetLineStyle(LineStyle lineStyle);
 
     /*! Line width; the 2D painter divides it by its scale. */
     double GetLineThickness() const;
+    /*! Sets the thickness that GetLineThickness() answers, without validation. */
     void SetLineThickness(double lineThickness);
 
     /*! Symbol of a point primitive; any byte is stored as it is. */
     PointSymbol GetPointSymbol() const;
+    /*! Sets the symbol that GetPointSymbol() answers, as it is given. */
     void SetPointSymbol(PointSymbol pointSymbol);
 
     /*!
@@ -124,18 +129,22 @@ public:
      * form; only the JSON form carries it.
      */
     bool IsFixedPerspective() const;
+    /*! Sets the flag that IsFixedPerspective() answers. */
     void SetFixedPerspective(bool fixedPerspective);
 
     /*! Font of a text primitive. */
     QFont GetFont() const;
+    /*! Sets the font that GetFont() answers. */
     void SetFont(const QFont &font);
 
     /*! Whether the depth test applies when a client draws the thing. */
     bool IsDepthEnabled() const;
+    /*! Sets the flag that IsDepthEnabled() answers. */
     void SetDepthEnabled(bool depthEnabled);
 
     /*! Drawing priority; the 2D painter draws in the order of priorities. */
     int GetPriority() const;
+    /*! Sets the priority that GetPriority() answers. */
     void SetPriority(int priority);
 
     /*!

@@ -26,7 +26,8 @@ class KEZTopBody;
 class KEZTopVertex;
 
 /*!
- * Ready-made display geometry in one static call.
+ * \class KEZVisRepFactory
+ * \brief Ready-made display geometry in one static call.
  *
  * A class of static operations only, without data of its own. Most shapes
  * come in pairs: a Create...Primitive that builds the geometry, and a

@@ -21,7 +21,7 @@ class KEZVisRepGraphicsPrivate;
  * one entry serves many primitives. A rep without any options entry answers
  * default-constructed options for its primitives.
  *
- * \section1 Rep stream
+ * \section repgraphics_stream Rep stream
  *
  * Save() writes the persistent form of the rep, with no magic, version or
  * class tag: the order of the values is all there is. The library sets
@@ -29,19 +29,17 @@ class KEZVisRepGraphicsPrivate;
  * the caller's stream, and the stream's version governs QString, QColor and
  * QFont.
  *
- * \list
- * \li the number of primitives, qint32;
- * \li the number of options entries, qint32;
- * \li each options entry (the stream form of KEZVisOptions);
- * \li each primitive: a tag, then its data.
- * \endlist
+ * - the number of primitives, qint32;
+ * - the number of options entries, qint32;
+ * - each options entry (the stream form of KEZVisOptions);
+ * - each primitive: a tag, then its data.
  *
  * A KEZVisPolylinePrimitive is tagged with the QString "KEZVisPolylinePrimitive"
  * and followed by its stream form; a KEZVisSurfacePrimitive or a subclass with
  * the QString "KEZVisSurfacePrimitive" and its stream form (so polygons,
  * prisms and pyramids are written as empty surfaces). Anything else (points,
  * text, null entries) is written as the narrow string "KEZVisPrimitive" in
- * QDataStream's \c{const char *} form, with nothing after it: such primitives
+ * QDataStream's `const char *` form, with nothing after it: such primitives
  * deliberately do not survive a stream, and Load() does not expect that form.
  */
 class KEZVISUALIZATION_EXPORT KEZVisRepGraphics : public KEZVisRep

@@ -45,13 +45,19 @@ public:
     KEZVisTransform &operator=(const KEZVisTransform &other);
     ~KEZVisTransform();
 
+    /*! The point the transform is anchored at; the default point by default. */
     KEZMathPoint GetAnchorPoint() const;
+    /*! Sets the point that GetAnchorPoint() answers, after detaching. */
     void SetAnchorPoint(const KEZMathPoint &anchorPoint);
 
+    /*! The scale in pixels; 1.5 by default. */
     double GetPixelScale() const;
+    /*! Sets the scale that GetPixelScale() answers, after detaching; any value is kept as it is. */
     void SetPixelScale(double pixelScale);
 
+    /*! The kind of transform; DisplayTransformNone (-1) by default. */
     DisplayTransformBehavior GetDisplayTransformBehavior() const;
+    /*! Sets the behaviour that GetDisplayTransformBehavior() answers, after detaching; any int value is kept. */
     void SetDisplayTransformBehavior(DisplayTransformBehavior behavior);
 
     /*!
