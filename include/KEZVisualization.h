@@ -30,5 +30,7 @@
 #include "KEZVisSelectionFilter.h"
 #include "KEZVisVirtualObject.h"
 #include "KEZVisGizmo.h"
+#include "KEZVisVectorFontChar.h"
+#include "KEZVisVectorFont.h"
 
 #endif // KEZVISUALIZATION_H
