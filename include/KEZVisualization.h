@@ -32,5 +32,6 @@
 #include "KEZVisGizmo.h"
 #include "KEZVisVectorFontChar.h"
 #include "KEZVisVectorFont.h"
+#include "KEZVisVectorText.h"
 
 #endif // KEZVISUALIZATION_H
