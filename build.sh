@@ -17,6 +17,7 @@ packages=(
     qt6-base-dev qt6-svg-dev libgl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     libcgal-dev
+    qt6-tools-dev qt6-l10n-tools
 )
 
 install_dependencies() {
