@@ -14,32 +14,47 @@
 namespace {
 
 // What the glyph and line helpers need of one layout: the font, the scale
-// from grid units to plane units, the shear factor and the character spacing.
-struct GlyphPlacement
+// from grid units to plane units, the shear factor, the character spacing,
+// and how a finished 2D point reaches space: the mirror within the block for
+// RightToLeft, then the plane.
+struct Placement
 {
     KEZVisVectorFont font;
     double scale = 0.0;
     double shear = 0.0;
     double characterSpacing = 0.0;
+    bool mirrored = false;
+    double originX = 0.0;
+    double rightEdge = 0.0;
+    KEZMathPlane plane;
+
+    KEZMathPoint ToSpace(double x, double y) const
+    {
+        if (mirrored)
+            x = originX + (rightEdge - x);
+        return plane.Evaluate(KEZMathPoint2D(x, y));
+    }
 };
 
 // The strokes of one character with its grid origin at position: sheared about
-// its own baseline, then scaled, then moved. A blank has none.
-void AppendCharacterPolylines(const GlyphPlacement &placement, const QChar &c, const KEZMathPoint2D &position,
-                              QList<KEZMathSetOfPoints2D> &result)
+// its own baseline, then scaled, then moved, then taken into space. A blank
+// has none. The glyph's points are shared with the font and copied only here,
+// as they are transformed.
+void AppendCharacterPolylines(const Placement &placement, const QChar &c, const KEZMathPoint2D &position,
+                              QList<KEZMathSetOfPoints> &result)
 {
     if (c == QChar(u' '))
         return;
     const KEZVisVectorFontChar glyph = placement.font.GetCharacter(c);
     const int count = glyph.GetNumPolylines();
     for (int i = 0; i < count; ++i) {
-        const KEZMathSetOfPoints2D stroke = glyph.GetPolyline(i); // shares the font's points
-        KEZMathSetOfPoints2D placed;
+        const KEZMathSetOfPoints2D stroke = glyph.GetPolyline(i);
+        KEZMathSetOfPoints placed;
         placed.reserve(stroke.size());
         for (const KEZMathPoint2D &point : stroke) {
             const double x = point.GetX() + point.GetY() * placement.shear;
-            placed.append(KEZMathPoint2D(x * placement.scale + position.GetX(),
-                                         point.GetY() * placement.scale + position.GetY()));
+            placed.append(placement.ToSpace(x * placement.scale + position.GetX(),
+                                            point.GetY() * placement.scale + position.GetY()));
         }
         result.append(placed);
     }
@@ -47,8 +62,8 @@ void AppendCharacterPolylines(const GlyphPlacement &placement, const QChar &c, c
 
 // The strokes of one line from start on. The cursor advances by the drawn
 // width of each character, blanks included.
-void AppendLinePolylines(const GlyphPlacement &placement, const QString &line, const KEZMathPoint2D &start,
-                         QList<KEZMathSetOfPoints2D> &result)
+void AppendLinePolylines(const Placement &placement, const QString &line, const KEZMathPoint2D &start,
+                         QList<KEZMathSetOfPoints> &result)
 {
     KEZMathPoint2D cursor = start;
     for (const QChar &c : line) {
@@ -58,9 +73,20 @@ void AppendLinePolylines(const GlyphPlacement &placement, const QString &line, c
     }
 }
 
+// The number of strokes of a line without its decorations, to size the result once.
+qsizetype CountPolylines(const KEZVisVectorFont &font, const QString &line)
+{
+    qsizetype count = 0;
+    for (const QChar &c : line) {
+        if (c != QChar(u' '))
+            count += font.GetCharacter(c).GetNumPolylines();
+    }
+    return count;
+}
+
 // The measured width of a line. The factor 1.5 makes it wider than the drawn
 // line on purpose; anchoring, justification, mirroring and decorations use it.
-double MeasuredWidth(const GlyphPlacement &placement, const QString &line)
+double MeasuredWidth(const Placement &placement, const QString &line)
 {
     double width = 0.0;
     for (const QChar &c : line)
@@ -183,19 +209,25 @@ QList<KEZMathSetOfPoints> KEZVisVectorText::GetPolylines() const
         return result;
 
     const double size = settings.textSize;
-    GlyphPlacement placement;
+    Placement placement;
     placement.font = settings.font;
     placement.scale = size / placement.font.GetCharacterHeight();
     placement.shear = (1.0 / std::cos(settings.tiltAngle)) * std::sin(settings.tiltAngle);
     placement.characterSpacing = settings.characterSpacing;
+    placement.plane = settings.plane;
 
     QList<double> widths;
     widths.reserve(n);
     double blockWidth = 0.0;
+    qsizetype polylineCount = 0;
+    const int decorationCount = int(settings.decorations.testFlag(Underline))
+        + int(settings.decorations.testFlag(StrikeThrough)) + int(settings.decorations.testFlag(Overline));
     for (const QString &line : lines) {
         widths.append(MeasuredWidth(placement, line));
         blockWidth = std::max(blockWidth, widths.last());
+        polylineCount += CountPolylines(placement.font, line) + decorationCount;
     }
+    result.reserve(polylineCount);
     const double blockHeight = (0.5 * size + settings.lineSpacing) * double(n - 1) + double(n) * size;
 
     // The block origin: the left end of the last line's baseline.
@@ -211,11 +243,11 @@ QList<KEZMathSetOfPoints> KEZVisVectorText::GetPolylines() const
     case BottomRight: case MiddleRight: case TopRight: originX = -blockWidth; break;
     default: break;
     }
-    const double rightEdge = originX + blockWidth;
-    const bool mirrored = settings.orientation == RightToLeft;
+    placement.mirrored = settings.orientation == RightToLeft;
+    placement.originX = originX;
+    placement.rightEdge = originX + blockWidth;
     const double lineDistance = 1.5 * size + settings.lineSpacing;
 
-    QList<KEZMathSetOfPoints2D> linePolylines;
     for (qsizetype i = 0; i < n; ++i) {
         const qsizetype k = n - 1 - i;
         const double width = widths.at(i);
@@ -227,26 +259,13 @@ QList<KEZMathSetOfPoints> KEZVisVectorText::GetPolylines() const
         else if (settings.justification == JustifyRight)
             start.SetX(blockWidth - width);
 
-        linePolylines.clear();
-        AppendLinePolylines(placement, lines.at(i), start, linePolylines);
+        AppendLinePolylines(placement, lines.at(i), start, result);
         for (const DecorationStroke &stroke : DecorationStrokes) {
             if (!settings.decorations.testFlag(stroke.decoration))
                 continue;
             const double y = start.GetY() + stroke.factor * size;
-            linePolylines.append(KEZMathSetOfPoints2D{KEZMathPoint2D(start.GetX(), y),
-                                                      KEZMathPoint2D(start.GetX() + width, y)});
-        }
-
-        for (const KEZMathSetOfPoints2D &polyline : std::as_const(linePolylines)) {
-            KEZMathSetOfPoints points;
-            points.reserve(polyline.size());
-            for (const KEZMathPoint2D &point : polyline) {
-                KEZMathPoint2D placed = point;
-                if (mirrored)
-                    placed.SetX(originX + (rightEdge - placed.GetX()));
-                points.append(settings.plane.Evaluate(placed));
-            }
-            result.append(points);
+            result.append(KEZMathSetOfPoints{placement.ToSpace(start.GetX(), y),
+                                             placement.ToSpace(start.GetX() + width, y)});
         }
     }
     return result;
