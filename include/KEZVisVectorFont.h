@@ -63,9 +63,12 @@ class KEZVisVectorFontCache;
         decimal integers; further numbers are ignored. The header line is
         split as it stands, without simplifying.
     \endlist
-    A record ends at the first line without a blank that comes two or more
-    lines after its character line (for the very first record, its first
-    coordinate line is examined too). A later record of the same character
+    A record ends at the first line without a blank from the third line after
+    its character line on, so a record always has its count line and first
+    coordinate line, whatever they hold; only the very first record of a file
+    can already end at its first coordinate line. A record without coordinate
+    lines therefore takes the next record's character line as its
+    coordinates. A later record of the same character
     replaces an earlier one. Since a simplified line of one blank is empty,
     no file can hold a glyph for the blank. Up to two lines may follow the
     header; the built-in file ends in "SIMPLEX" and the byte 0x1A. A file

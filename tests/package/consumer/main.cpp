@@ -72,6 +72,13 @@ int main(int argc, char **argv)
     Check(box.GetDeltaX() == 3.0 && box.GetDeltaY() == 3.0, "extent of the box");
     Check(std::fabs(first.GetDistanceTo(second) - std::sqrt(22.0)) < 1e-12, "distance of two points");
 
+    // The built-in vector font is there without any call of the application.
+    Check(KEZVisVectorFont::GetFontNames() == QList<QString>{QStringLiteral("simple")},
+          "the built-in vector font is listed");
+    KEZVisVectorText text(QStringLiteral("A"), KEZVisVectorFont());
+    text.SetTextSize(7.0);
+    Check(text.GetPolylines().size() == 2, "the letter A lays out as two strokes");
+
     if (failures != 0) {
         std::fprintf(stderr, "%d check(s) failed\n", failures);
         return 1;
