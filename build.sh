@@ -22,6 +22,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     libcgal-dev
     fonts-dejavu-core
+    qt6-tools-dev qt6-l10n-tools
     doxygen
 )
 

@@ -33,5 +33,8 @@
 #include "KEZVisTransform.h"
 #include "KEZVisRepTransformedGraphics.h"
 #include "KEZVisGizmo.h"
+#include "KEZVisVectorFontChar.h"
+#include "KEZVisVectorFont.h"
+#include "KEZVisVectorText.h"
 
 #endif // KEZVISUALIZATION_H

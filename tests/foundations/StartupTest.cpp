@@ -1,10 +1,13 @@
-// Tests of the library's load-time start-up: the loaded flag and the names
-// registered with Qt's meta-type system.
+// Tests of the library's load-time start-up: the loaded flag, the names
+// registered with Qt's meta-type system and the resource of the built-in
+// vector fonts.
 
 #include <KEZVisGlobal.h>
 #include <KEZVisOptions.h>
 
 #include <QByteArray>
+#include <QDir>
+#include <QFileInfo>
 #include <QList>
 #include <QMetaType>
 
@@ -30,6 +33,7 @@ struct StateBeforeMain
 {
     bool loaded = false;
     QList<QByteArray> namesFound;
+    bool fontFileFound = false;
 
     StateBeforeMain()
     {
@@ -38,6 +42,7 @@ struct StateBeforeMain
             if (QMetaType::fromName(name).isValid())
                 namesFound.append(name);
         }
+        fontFileFound = QFileInfo(QStringLiteral(":/vector-fonts/simple.vct")).isFile();
     }
 };
 
@@ -88,4 +93,14 @@ TEST(Startup, UnknownNamesAreNotFound)
 {
     // Guards the checks above: fromName answers invalid for names nobody registered.
     EXPECT_FALSE(QMetaType::fromName("KEZVisOptions::NoSuchThing").isValid());
+}
+
+TEST(Startup, BuiltInFontResourceIsRegisteredBeforeMainRuns)
+{
+    EXPECT_TRUE(stateBeforeMain.fontFileFound);
+}
+
+TEST(Startup, VectorFontDirectoryHoldsTheBuiltInFontFile)
+{
+    EXPECT_EQ(QDir(QStringLiteral(":/vector-fonts")).entryList(), QStringList{QStringLiteral("simple.vct")});
 }

@@ -18,6 +18,12 @@ else()
     run_step("${CMAKE_COMMAND}" --install "${KEZ_BUILD_DIR}" --prefix "${prefix}")
 endif()
 
+# The package ships the German translation of the library's labels.
+file(GLOB_RECURSE qm_files "${prefix}/*/KEZVisualization/translations/KEZVisualization_de.qm")
+if(NOT qm_files)
+    message(FATAL_ERROR "The installed package lacks translations/KEZVisualization_de.qm")
+endif()
+
 run_step("${CMAKE_COMMAND}" -S "${KEZ_CONSUMER_SOURCE_DIR}" -B "${consumer_build}"
     -G "${KEZ_GENERATOR}" "-DCMAKE_PREFIX_PATH=${prefix}" -DCMAKE_BUILD_TYPE=Debug
     "-DCMAKE_CXX_FLAGS=${KEZ_SANITIZE_FLAGS}" "-DCMAKE_EXE_LINKER_FLAGS=${KEZ_SANITIZE_FLAGS}")

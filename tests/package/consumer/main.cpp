@@ -112,6 +112,13 @@ int main(int argc, char **argv)
 
     CheckPictureExport();
 
+    // The built-in vector font is there without any call of the application.
+    Check(KEZVisVectorFont::GetFontNames() == QList<QString>{QStringLiteral("simple")},
+          "the built-in vector font is listed");
+    KEZVisVectorText text(QStringLiteral("A"), KEZVisVectorFont());
+    text.SetTextSize(7.0);
+    Check(text.GetPolylines().size() == 2, "the letter A lays out as two strokes");
+
     if (failures != 0) {
         std::fprintf(stderr, "%d check(s) failed\n", failures);
         return 1;

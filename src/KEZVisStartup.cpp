@@ -1,9 +1,11 @@
 // Load-time start-up of the library.
 //
 // When the library is loaded, the static initialisers of this file hand the
-// library's start-up routine to the family through KEZSysRegisterInit(); the
-// constant KEZVisNeedRedrawWhenVisible is built beside the client's code. Nothing
-// else runs at load time.
+// library's start-up routine to the family through KEZSysRegisterInit() and
+// register the Qt resource data of the built-in vector fonts (the directory
+// ":/vector-fonts"); when it is unloaded, the matching exit handler releases
+// the resource data. The constant KEZVisNeedRedrawWhenVisible is built beside
+// the client's code. Nothing else runs at load time.
 
 #include "KEZVisGlobal.h"
 #include "KEZVisOptions.h"
@@ -16,6 +18,10 @@
 #include <QMetaType>
 
 bool _KEZVisualizationLoaded = false;
+
+// Defined by the resource compiler's output for vectorfonts.qrc.
+int qInitResources_vectorfonts();
+int qCleanupResources_vectorfonts();
 
 namespace {
 
@@ -48,5 +54,17 @@ struct StartupRegistration
 };
 
 const StartupRegistration startupRegistration;
+
+// Registers the compiled-in font files (format version 3, zlib-compressed) for
+// as long as the library is loaded. The resource compiler's output registers
+// the same data from an initialiser of its own; Qt keeps one entry per
+// resource tree, so whichever comes second does nothing, at load and at unload.
+struct VectorFontResources
+{
+    VectorFontResources() { qInitResources_vectorfonts(); }
+    ~VectorFontResources() { qCleanupResources_vectorfonts(); }
+};
+
+const VectorFontResources vectorFontResources;
 
 } // namespace
