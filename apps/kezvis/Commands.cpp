@@ -60,13 +60,6 @@ int CountPrimitives(const QList<const KEZVisRep *> &reps)
     return int(primitives.size());
 }
 
-// The painter's debug lines describe every primitive; a tool that paints
-// thousands of them keeps them out of its output.
-void QuietPainter()
-{
-    QLoggingCategory::setFilterRules(QStringLiteral("kez.visualization.painter.debug=false"));
-}
-
 const QCommandLineOption sizeOption({QStringLiteral("s"), QStringLiteral("size")},
                                     QStringLiteral("Size of a PNG picture in pixels."), QStringLiteral("WxH"));
 const QCommandLineOption outputOption({QStringLiteral("o"), QStringLiteral("output")},
@@ -78,6 +71,13 @@ bool SizeFrom(const QCommandLineParser &parser, const QString &fallback, QSize *
 }
 
 } // namespace
+
+void QuietPainter()
+{
+    // The painter's debug lines describe every primitive; a tool that paints
+    // thousands of them keeps them out of its output.
+    QLoggingCategory::setFilterRules(QStringLiteral("kez.visualization.painter.debug=false"));
+}
 
 int UsageError(const QString &message)
 {
@@ -103,7 +103,7 @@ int Gallery(const QStringList &arguments)
         return UsageError(QStringLiteral("gallery takes no file arguments"));
     Io::Failure failure;
     QSize size;
-    if (!SizeFrom(parser, QStringLiteral("1720x1280"), &size, &failure))
+    if (!SizeFrom(parser, QStringLiteral("1720x1020"), &size, &failure))
         return Report(failure);
 
     const QString folder = parser.value(QStringLiteral("output"));

@@ -14,6 +14,11 @@ namespace Commands {
 int Gallery(const QStringList &arguments);
 int Render(const QStringList &arguments);
 int Fill(const QStringList &arguments);
+int Text(const QStringList &arguments);
+
+// Keeps the painter's debug lines, one for each primitive painted, out of
+// the program's output.
+void QuietPainter();
 
 // Prints "kezvis: MESSAGE" to standard error and answers 2.
 int UsageError(const QString &message);

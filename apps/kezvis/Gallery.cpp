@@ -10,6 +10,8 @@
 #include <KEZVisRepGraphics.h>
 #include <KEZVisRepSet.h>
 #include <KEZVisTextPrimitive.h>
+#include <KEZVisVectorFont.h>
+#include <KEZVisVectorText.h>
 
 #include <KEZGeoComboCurve.h>
 #include <KEZGeoComboPoint.h>
@@ -160,6 +162,20 @@ QList<KEZMathSetOfPoints> HolesIn(const KEZMathSetOfPoints &outline, double x0, 
     return holes;
 }
 
+// Vector text of \a size on the xy plane, anchored at \a at.
+KEZVisVectorText VectorText(const QString &text, const KEZMathPoint &at, double size,
+                            KEZVisVectorText::Anchor anchor = KEZVisVectorText::BottomLeft)
+{
+    KEZVisVectorText vector(text, KEZVisVectorFont());
+    vector.SetTextSize(size);
+    vector.SetLineSpacing(0.6 * size);
+    vector.SetAnchor(anchor);
+    KEZMathPlane plane;
+    plane.SetOrigin(at);
+    vector.SetPlane(plane);
+    return vector;
+}
+
 // Builds the reps of one panel, whose lower left corner is (x, y).
 class PanelBuilder
 {
@@ -192,7 +208,19 @@ public:
     {
         m_reps.prepend(Polyline(Rectangle(m_x, m_y, m_x + Gallery::panelSide, m_y + Gallery::panelSide),
                                 Style(QColor(170, 170, 170), 1.0, 0, 0)));
-        m_reps.append(Text(title, At(Gallery::panelSide / 2, Gallery::panelSide - 14), 5, LabelStyle(11)));
+        // Centred by its drawn strokes: the layout's own middle anchor goes by
+        // the measured width, which is wider than what is drawn.
+        KEZVisVectorText label = VectorText(title, At(0, Gallery::panelSide - 6), 9.0, KEZVisVectorText::TopLeft);
+        double left = 1e300, right = -1e300;
+        for (const KEZMathSetOfPoints &stroke : label.GetPolylines())
+            for (const KEZMathPoint &point : stroke) {
+                left = std::min(left, point.GetX());
+                right = std::max(right, point.GetX());
+            }
+        if (left <= right)
+            label = VectorText(title, At(Gallery::panelSide / 2 - (right - left) / 2 - (left - m_x), Gallery::panelSide - 6),
+                               9.0, KEZVisVectorText::TopLeft);
+        m_reps.append(label.CreateRep(Style(QColor(20, 20, 20), 1.2), false, 0.0));
         return new KEZVisRepSet(m_reps);
     }
 
@@ -361,6 +389,48 @@ void BuildBody(PanelBuilder &panel, KEZTopBody *body)
         panel.Add(KEZVisRepFactory::CreateRep(QList<const KEZTopVertex *>{vertex}, Style(Qt::red, 7.0)));
 }
 
+void BuildVectorTextAnchors(PanelBuilder &panel)
+{
+    const KEZVisOptions mark = Style(Qt::red, 5.0);
+    const KEZVisOptions stroke = Style(QColor(30, 30, 120), 1.0);
+    for (KEZVisVectorText::Anchor anchor : KEZVisVectorText::GetAnchors()) {
+        const int column = int(anchor) % 3;
+        const int row = int(anchor) / 3;
+        const KEZMathPoint at = panel.At(35 + column * 65, 30 + row * 55);
+        KEZMathSetOfPoints point;
+        point.append(at);
+        panel.Add(new KEZVisRepGraphics(QList<const KEZVisPrimitive *>{new KEZVisPointPrimitive(point)}, mark));
+        panel.Add(VectorText(QStringLiteral("Ab\n%1").arg(int(anchor)), at, 9.0, anchor).CreateRep(stroke, false, 0.0));
+    }
+}
+
+void BuildVectorTextStyles(PanelBuilder &panel)
+{
+    const KEZVisOptions stroke = Style(QColor(30, 30, 120), 1.0);
+    // Justification of a block of lines of different lengths.
+    const KEZVisVectorText::Justification justifications[] = {
+        KEZVisVectorText::JustifyLeft, KEZVisVectorText::JustifyCenter, KEZVisVectorText::JustifyRight};
+    for (int n = 0; n < 3; ++n) {
+        KEZVisVectorText block = VectorText(QStringLiteral("LINE\nTWO\nTHREE"), panel.At(10 + n * 62, 120), 7.0);
+        block.SetJustification(justifications[n]);
+        panel.Add(block.CreateRep(stroke, false, 0.0));
+    }
+    // Orientation, decorations and tilt.
+    KEZVisVectorText mirrored = VectorText(QStringLiteral("Mirror"), panel.At(110, 85), 9.0);
+    mirrored.SetOrientation(KEZVisVectorText::RightToLeft);
+    panel.Add(mirrored.CreateRep(Style(Qt::darkRed, 1.0), false, 0.0));
+    panel.Add(VectorText(QStringLiteral("Plain"), panel.At(10, 85), 9.0).CreateRep(stroke, false, 0.0));
+    KEZVisVectorText decorated = VectorText(QStringLiteral("Decorated"), panel.At(10, 55), 9.0);
+    decorated.SetDecorations(KEZVisVectorText::Underline | KEZVisVectorText::StrikeThrough
+                             | KEZVisVectorText::Overline);
+    panel.Add(decorated.CreateRep(Style(Qt::darkGreen, 1.0), false, 0.0));
+    for (int n = 0; n < 3; ++n) {
+        KEZVisVectorText tilted = VectorText(QStringLiteral("Tilt %1").arg(n * 20), panel.At(10 + n * 62, 20), 8.0);
+        tilted.SetTiltAngle(n * 20 * pi / 180.0);
+        panel.Add(tilted.CreateRep(stroke, n == 2, 4.0));
+    }
+}
+
 void BuildExtraSetFills(PanelBuilder &panel)
 {
     auto closedSquare = [&](double u, double v, double side, const QColor &edge) {
@@ -400,6 +470,8 @@ Gallery::Gallery() : m_body(std::make_unique<KEZTopBody>())
         {QStringLiteral("Polygon with holes"), [&](PanelBuilder &panel) { BuildFilledPolygon(panel, outline); }},
         {QStringLiteral("Extruded polygon"), [&](PanelBuilder &panel) { BuildExtrudedPolygon(panel, outline); }},
         {QStringLiteral("Fills of extra sets"), BuildExtraSetFills},
+        {QStringLiteral("Vector text anchors"), BuildVectorTextAnchors},
+        {QStringLiteral("Vector text styles"), BuildVectorTextStyles},
         {QStringLiteral("Body from topology"), [&](PanelBuilder &panel) { BuildBody(panel, m_body.get()); }},
     };
     for (int n = 0; n < entries.size(); ++n) {

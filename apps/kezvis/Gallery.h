@@ -35,7 +35,7 @@ public:
     // The side of a panel and the gap between panels, in model units.
     static constexpr double panelSide = 200.0;
     static constexpr double panelGap = 20.0;
-    static constexpr int columns = 4;
+    static constexpr int columns = 5;
 
 private:
     // The body of the topology panel, with its geometry as its children. Its

@@ -106,6 +106,7 @@ int Text(const QStringList &arguments)
     options.SetColor(QColor(20, 20, 20));
     options.SetLineThickness(1.5);
     const std::unique_ptr<KEZVisRep> rep(text.CreateRep(options, false, 0.0));
+    QuietPainter();
     if (!Io::WriteReps(output, format, {rep.get()}, pictureSize, &failure)) {
         std::fprintf(stderr, "kezvis: %s\n", qPrintable(failure.message));
         return failure.status;

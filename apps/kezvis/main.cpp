@@ -76,5 +76,7 @@ int main(int argc, char **argv)
         return Commands::Render(commandArguments);
     if (command == QLatin1String("fill"))
         return Commands::Fill(commandArguments);
+    if (command == QLatin1String("text"))
+        return Commands::Text(commandArguments);
     return Commands::UsageError(QStringLiteral("unknown command '%1' (use gallery, render, fill or text)").arg(command));
 }

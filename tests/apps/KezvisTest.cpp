@@ -1,6 +1,9 @@
 // kezvis as its users run it: the installed program, started as a process,
 // with its files checked from the outside.
 
+#include <KEZVisVectorFont.h>
+#include <KEZVisVectorText.h>
+
 #include <QBuffer>
 #include <QDir>
 #include <QFile>
@@ -131,6 +134,34 @@ QList<QPointF> SvgPoints(const QByteArray &svg, bool *valid)
     return points;
 }
 
+// The point lists of the drawing elements of an SVG document, in order, with
+// y turned back to the model's.
+QList<QList<QPointF>> SvgShapes(const QByteArray &svg)
+{
+    QList<QList<QPointF>> shapes;
+    QXmlStreamReader reader(svg);
+    static const QRegularExpression pair(QStringLiteral(R"((-?[\d.eE+-]+),(-?[\d.eE+-]+))"));
+    while (!reader.atEnd()) {
+        if (reader.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        QString data;
+        if (reader.name() == QLatin1String("path"))
+            data = reader.attributes().value(QLatin1String("d")).toString();
+        else if (reader.name() == QLatin1String("polyline") || reader.name() == QLatin1String("polygon"))
+            data = reader.attributes().value(QLatin1String("points")).toString();
+        else
+            continue;
+        QList<QPointF> shape;
+        auto matches = pair.globalMatch(data);
+        while (matches.hasNext()) {
+            const auto match = matches.next();
+            shape.append(QPointF(match.captured(1).toDouble(), -match.captured(2).toDouble()));
+        }
+        shapes.append(shape);
+    }
+    return shapes;
+}
+
 class KezvisProgram : public ::testing::Test
 {
 protected:
@@ -168,7 +199,7 @@ TEST_F(KezvisProgram, PrintsItsUsageWithHelp)
 {
     const RunResult run = RunKezvis({QStringLiteral("--help")});
     EXPECT_EQ(run.status, 0);
-    for (const char *command : {"gallery", "render", "fill"})
+    for (const char *command : {"gallery", "render", "fill", "text"})
         EXPECT_TRUE(run.out.contains(QLatin1String(command))) << run.out.toStdString();
 }
 
@@ -415,6 +446,80 @@ TEST_F(KezvisProgram, ReportsReadingTriangulationAndExportTimesOfAFill)
     bool valid = false;
     EXPECT_FALSE(SvgPoints(ReadFile(Path(QStringLiteral("plate.svg"))), &valid).isEmpty());
     EXPECT_TRUE(valid);
+}
+
+// ---------------------------------------------------------------------------
+// Vector text
+
+TEST_F(KezvisProgram, WritesThePolylinesThatTheVectorTextLayoutGives)
+{
+    const QString text = QStringLiteral("Kez 42\nvis");
+    const RunResult run = RunKezvis({QStringLiteral("text"), text, QStringLiteral("--size"), QStringLiteral("12"),
+                                     QStringLiteral("--anchor"), QStringLiteral("Middle"), QStringLiteral("--tilt"),
+                                     QStringLiteral("15"), QStringLiteral("-o"), Path(QStringLiteral("text.svg"))});
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+
+    KEZVisVectorText expected(text, KEZVisVectorFont());
+    expected.SetTextSize(12.0);
+    expected.SetAnchor(KEZVisVectorText::Middle);
+    expected.SetTiltAngle(15.0 * 3.141592653589793 / 180.0);
+    const QList<KEZMathSetOfPoints> polylines = expected.GetPolylines();
+    const QList<QList<QPointF>> shapes = SvgShapes(ReadFile(Path(QStringLiteral("text.svg"))));
+    ASSERT_EQ(shapes.size(), polylines.size());
+    // The painter orders strokes of equal priority by its own sort, so each
+    // polyline is looked for among the shapes not matched yet. The SVG writer
+    // keeps six significant digits.
+    auto matches = [](const QList<QPointF> &shape, const KEZMathSetOfPoints &polyline) {
+        if (shape.size() != polyline.size())
+            return false;
+        for (qsizetype k = 0; k < shape.size(); ++k)
+            if (std::abs(shape[k].x() - polyline[k].GetX()) > 1e-3 || std::abs(shape[k].y() - polyline[k].GetY()) > 1e-3)
+                return false;
+        return true;
+    };
+    QList<bool> used(shapes.size(), false);
+    for (qsizetype n = 0; n < polylines.size(); ++n) {
+        bool found = false;
+        for (qsizetype m = 0; m < shapes.size() && !found; ++m)
+            if (!used[m] && matches(shapes[m], polylines[n]))
+                used[m] = found = true;
+        EXPECT_TRUE(found) << "polyline " << n << " of " << polylines[n].size() << " points is not in the SVG";
+    }
+    EXPECT_TRUE(run.out.contains(QStringLiteral("%1 polylines").arg(polylines.size()))) << run.out.toStdString();
+}
+
+TEST_F(KezvisProgram, WritesVectorTextAsAPicture)
+{
+    const RunResult run = RunKezvis({QStringLiteral("text"), QStringLiteral("PNG"), QStringLiteral("-o"),
+                                     Path(QStringLiteral("text.png")), QStringLiteral("--picture-size"),
+                                     QStringLiteral("300x100")});
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    const QImage image(Path(QStringLiteral("text.png")));
+    ASSERT_EQ(image.size(), QSize(300, 100));
+    int inked = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            inked += qAlpha(image.pixel(x, y)) > 0 ? 1 : 0;
+    EXPECT_GT(inked, 100);
+}
+
+TEST_F(KezvisProgram, RefusesATextSizeThatIsNotAPositiveNumber)
+{
+    for (const char *size : {"0", "-3", "nan", "inf", "big"})
+        ExpectRefusal(RunKezvis({QStringLiteral("text"), QStringLiteral("A"), QStringLiteral("--size"),
+                                 QLatin1String(size), QStringLiteral("-o"), Path(QStringLiteral("a.svg"))}),
+                      2, QStringLiteral("--size needs a positive number"));
+    EXPECT_FALSE(QFile::exists(Path(QStringLiteral("a.svg"))));
+}
+
+TEST_F(KezvisProgram, RefusesAnUnknownAnchorAndATiltOfNinetyDegrees)
+{
+    ExpectRefusal(RunKezvis({QStringLiteral("text"), QStringLiteral("A"), QStringLiteral("--anchor"),
+                             QStringLiteral("Centre"), QStringLiteral("-o"), Path(QStringLiteral("a.svg"))}),
+                  2, QStringLiteral("unknown anchor 'Centre'"));
+    ExpectRefusal(RunKezvis({QStringLiteral("text"), QStringLiteral("A"), QStringLiteral("--tilt"), QStringLiteral("90"),
+                             QStringLiteral("-o"), Path(QStringLiteral("a.svg"))}),
+                  2, QStringLiteral("--tilt"));
 }
 
 // ---------------------------------------------------------------------------
