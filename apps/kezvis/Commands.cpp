@@ -70,6 +70,46 @@ bool SizeFrom(const QCommandLineParser &parser, const QString &fallback, QSize *
     return Io::ParseSize(parser.isSet(sizeOption) ? parser.value(sizeOption) : fallback, size, failure);
 }
 
+// What a command writes: the file, its format and the size of a picture.
+struct Output
+{
+    QString path;
+    Io::Format format = Io::Format::Png;
+    QSize size;
+};
+
+// Parses the command line of a command that reads one file and writes one:
+// false, with the exit status in \a status, when the command is done (help
+// shown) or the line is wrong.
+bool ParseInputAndOutput(QCommandLineParser &parser, const QStringList &arguments, const QString &command,
+                         const QString &inputName, const QList<Io::Format> &allowed, QString *input, Output *output,
+                         int *status)
+{
+    parser.addOption(outputOption);
+    parser.addOption(sizeOption);
+    if (!ParseCommandLine(parser, arguments, status))
+        return false;
+    if (parser.positionalArguments().size() != 1) {
+        *status = UsageError(QStringLiteral("%1 needs exactly one %2").arg(command, inputName));
+        return false;
+    }
+    if (!parser.isSet(outputOption)) {
+        *status = UsageError(QStringLiteral("%1 needs -o OUT with one of the suffixes %2")
+                                 .arg(command, allowed.contains(Io::Format::Kvr) ? QStringLiteral(".png, .svg, .kvr")
+                                                                                 : QStringLiteral(".png, .svg")));
+        return false;
+    }
+    *input = parser.positionalArguments().first();
+    output->path = parser.value(outputOption);
+    Io::Failure failure;
+    if (!SizeFrom(parser, QStringLiteral("1024x768"), &output->size, &failure)
+        || !Io::FormatOf(output->path, allowed, &output->format, &failure)) {
+        *status = Report(failure);
+        return false;
+    }
+    return true;
+}
+
 } // namespace
 
 void QuietPainter()
@@ -148,23 +188,13 @@ int Render(const QStringList &arguments)
     parser.setApplicationDescription(QStringLiteral("Exports a saved rep stream (.kvr) as a PNG or SVG picture."));
     parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("The rep stream to read."),
                                  QStringLiteral("FILE.kvr"));
-    parser.addOption(outputOption);
-    parser.addOption(sizeOption);
+    QString input;
+    Output output;
     int status = 0;
-    if (!ParseCommandLine(parser, arguments, &status))
+    if (!ParseInputAndOutput(parser, arguments, QStringLiteral("render"), QStringLiteral("FILE.kvr"),
+                             {Io::Format::Png, Io::Format::Svg}, &input, &output, &status))
         return status;
-    if (parser.positionalArguments().size() != 1)
-        return UsageError(QStringLiteral("render needs exactly one FILE.kvr"));
-    if (!parser.isSet(outputOption))
-        return UsageError(QStringLiteral("render needs -o OUT.png or -o OUT.svg"));
     Io::Failure failure;
-    QSize size;
-    Io::Format format;
-    const QString input = parser.positionalArguments().first();
-    const QString output = parser.value(outputOption);
-    if (!SizeFrom(parser, QStringLiteral("1024x768"), &size, &failure)
-        || !Io::FormatOf(output, {Io::Format::Png, Io::Format::Svg}, &format, &failure))
-        return Report(failure);
 
     QElapsedTimer timer;
     timer.start();
@@ -179,11 +209,11 @@ int Render(const QStringList &arguments)
 
     QuietPainter();
     timer.restart();
-    if (!Io::WriteReps(output, format, read.List(), size, &failure))
+    if (!Io::WriteReps(output.path, output.format, read.List(), output.size, &failure))
         return Report(failure);
     const double exportSeconds = timer.nsecsElapsed() / 1e9;
     std::printf("Rendered %d reps from %s into %s: reading %.3f s (%.3f s per MB), export %.3f s.\n",
-                int(read.reps.size()), qPrintable(input), qPrintable(output), readSeconds,
+                int(read.reps.size()), qPrintable(input), qPrintable(output.path), readSeconds,
                 megabytes > 0 ? readSeconds / megabytes : 0.0, exportSeconds);
     return 0;
 }
@@ -236,22 +266,13 @@ int Fill(const QStringList &arguments)
                       QStringLiteral("HOLE.txt")});
     parser.addOption({QStringLiteral("extrude"), QStringLiteral("Makes a solid of this height."),
                       QStringLiteral("H")});
-    parser.addOption(outputOption);
-    parser.addOption(sizeOption);
+    QString outline;
+    Output output;
     int status = 0;
-    if (!ParseCommandLine(parser, arguments, &status))
+    if (!ParseInputAndOutput(parser, arguments, QStringLiteral("fill"), QStringLiteral("OUTLINE file"),
+                             {Io::Format::Png, Io::Format::Svg, Io::Format::Kvr}, &outline, &output, &status))
         return status;
-    if (parser.positionalArguments().size() != 1)
-        return UsageError(QStringLiteral("fill needs exactly one OUTLINE file"));
-    if (!parser.isSet(outputOption))
-        return UsageError(QStringLiteral("fill needs -o OUT.png, -o OUT.svg or -o OUT.kvr"));
     Io::Failure failure;
-    QSize size;
-    Io::Format format;
-    const QString output = parser.value(outputOption);
-    if (!SizeFrom(parser, QStringLiteral("1024x768"), &size, &failure)
-        || !Io::FormatOf(output, {Io::Format::Png, Io::Format::Svg, Io::Format::Kvr}, &format, &failure))
-        return Report(failure);
     double extrusion = 0.0;
     const bool solid = parser.isSet(QStringLiteral("extrude"));
     if (solid) {
@@ -265,7 +286,7 @@ int Fill(const QStringList &arguments)
     QElapsedTimer timer;
     timer.start();
     QList<KEZMathSetOfPoints> rings;
-    QStringList files{parser.positionalArguments().first()};
+    QStringList files{outline};
     files.append(parser.values(QStringLiteral("hole")));
     qsizetype pointCount = 0;
     for (const QString &path : files) {
@@ -299,7 +320,7 @@ int Fill(const QStringList &arguments)
     std::vector<std::unique_ptr<KEZVisRep>> owned;
     owned.emplace_back(ringSet);
     QList<const KEZVisRep *> reps;
-    if (format == Io::Format::Kvr) {
+    if (output.format == Io::Format::Kvr) {
         reps = {filled.get(), ringSet};
     } else {
         QuietPainter();
@@ -308,12 +329,12 @@ int Fill(const QStringList &arguments)
     }
 
     timer.restart();
-    if (!Io::WriteReps(output, format, reps, size, &failure))
+    if (!Io::WriteReps(output.path, output.format, reps, output.size, &failure))
         return Report(failure);
     const double exportSeconds = timer.nsecsElapsed() / 1e9;
     std::printf("Filled %d rings of %lld points in all: %d triangles, area %.17g\n", int(rings.size()),
                 static_cast<long long>(pointCount), triangles, area);
-    std::printf("Wrote %s: reading %.3f s, triangulation %.3f s, export %.3f s.\n", qPrintable(output), readSeconds,
+    std::printf("Wrote %s: reading %.3f s, triangulation %.3f s, export %.3f s.\n", qPrintable(output.path), readSeconds,
                 fillSeconds, exportSeconds);
     return 0;
 }
