@@ -86,8 +86,9 @@ double RayTriangle(const double *origin, const double *direction, const double *
 }
 
 // Whether the line origin + t * direction, t of any sign, crosses the box
-// grown by margin.
-bool LineCrossesBox(const double *origin, const double *direction, const std::array<double, 6> &box, double margin)
+// grown by margin; if so, entry is set to the t where it enters.
+bool LineCrossesBox(const double *origin, const double *direction, const std::array<double, 6> &box, double margin,
+                    double *entry = nullptr)
 {
     double low = -Infinity;
     double high = Infinity;
@@ -108,6 +109,8 @@ bool LineCrossesBox(const double *origin, const double *direction, const std::ar
         if (low > high)
             return false;
     }
+    if (entry)
+        *entry = low;
     return true;
 }
 
@@ -457,8 +460,11 @@ void SceneClient::Candidates(const ViewCamera &camera, const QPointF &screenPoin
 SceneClient::Hit SceneClient::Pick(const ViewCamera &camera, const QPointF &screenPoint)
 {
     Hit hit;
-    std::vector<Item *> candidates;
-    Candidates(camera, screenPoint, PickRadius / camera.GetScale(), candidates);
+    if (m_hierarchyDirty)
+        BuildHierarchy();
+    if (m_nodes.empty())
+        return hit;
+    const double margin = PickRadius / camera.GetScale();
     double origin[3];
     camera.FromScreen(screenPoint, 0.0).GetCoord(origin[0], origin[1], origin[2]);
     double direction[3];
@@ -467,12 +473,12 @@ SceneClient::Hit SceneClient::Pick(const ViewCamera &camera, const QPointF &scre
     double bestDepth = Infinity;
     int bestKind = 4;
     quint64 bestOrder = 0;
+    auto tolerance = [](double depth) { return 1e-9 * (1.0 + std::abs(depth)); };
     // Nearest to the eye wins; at the same depth a point beats a line and a
     // line beats a face, and then the object added first.
     auto offer = [&](Item *item, double depth, int kind, const KEZMathPoint &point) {
-        const double tolerance = 1e-9 * (1.0 + std::abs(depth));
-        const bool better = depth < bestDepth - tolerance
-                            || (std::abs(depth - bestDepth) <= tolerance
+        const bool better = depth < bestDepth - tolerance(depth)
+                            || (std::abs(depth - bestDepth) <= tolerance(depth)
                                 && (kind < bestKind || (kind == bestKind && item->order < bestOrder)));
         if (!better)
             return;
@@ -483,7 +489,7 @@ SceneClient::Hit SceneClient::Pick(const ViewCamera &camera, const QPointF &scre
         hit.point = point;
         hit.kind = kind;
     };
-    for (Item *item : candidates) {
+    auto test = [&](Item *item) {
         for (const Triangle &triangle : item->triangles) {
             const double t = RayTriangle(origin, direction, triangle.xyz.data());
             if (std::isfinite(t)) {
@@ -513,6 +519,46 @@ SceneClient::Hit SceneClient::Pick(const ViewCamera &camera, const QPointF &scre
                 if (std::hypot(s.x() - screenPoint.x(), s.y() - screenPoint.y()) <= PickRadius)
                     offer(item, camera.Depth(p), 1, KEZMathPoint(p[0], p[1], p[2]));
             }
+        }
+    };
+
+    // Front to back through the hierarchy: the nearer child first, and a box
+    // that the line of sight enters behind the best hit so far is skipped,
+    // since nothing in it can be nearer.
+    std::vector<std::pair<double, int>> stack;
+    double entry = 0.0;
+    if (LineCrossesBox(origin, direction, m_nodes[0].box, margin, &entry))
+        stack.emplace_back(entry, 0);
+    while (!stack.empty()) {
+        const auto [nodeEntry, index] = stack.back();
+        stack.pop_back();
+        if (nodeEntry > bestDepth + tolerance(bestDepth))
+            continue;
+        const Node &node = m_nodes[index];
+        if (node.count > 0) {
+            for (int n = node.first; n < node.first + node.count; ++n) {
+                if (LineCrossesBox(origin, direction, m_leaves[n]->box, margin, &entry)
+                    && entry <= bestDepth + tolerance(bestDepth))
+                    test(m_leaves[n]);
+            }
+            continue;
+        }
+        double leftEntry = 0.0;
+        double rightEntry = 0.0;
+        const bool left = LineCrossesBox(origin, direction, m_nodes[node.first].box, margin, &leftEntry);
+        const bool right = LineCrossesBox(origin, direction, m_nodes[node.right].box, margin, &rightEntry);
+        if (left && right) {
+            if (leftEntry <= rightEntry) {
+                stack.emplace_back(rightEntry, node.right);
+                stack.emplace_back(leftEntry, node.first);
+            } else {
+                stack.emplace_back(leftEntry, node.first);
+                stack.emplace_back(rightEntry, node.right);
+            }
+        } else if (left) {
+            stack.emplace_back(leftEntry, node.first);
+        } else if (right) {
+            stack.emplace_back(rightEntry, node.right);
         }
     }
     return hit;

@@ -18,10 +18,10 @@ struct Drawable
     quint8 kind; // 0 face, 1 line, 2 points, 3 text
     quint64 order;
     const SceneClient::Item *item;
-    int index;
+    int index; // of the face among the projected faces, or of the line, points or text in the item
 };
 
-bool DrawnBefore(const Drawable &a, const Drawable &b)
+inline bool DrawnBefore(const Drawable &a, const Drawable &b)
 {
     if (a.depthEnabled != b.depthEnabled)
         return a.depthEnabled;
@@ -61,6 +61,37 @@ Qt::Alignment AlignmentOf(KEZVisTextPrimitive::AnchorLocation location)
     return alignment;
 }
 
+// The camera's projection as plain numbers, for the inner loops.
+struct Projection
+{
+    explicit Projection(const ViewCamera &camera)
+    {
+        camera.GetCentre().GetCoord(c[0], c[1], c[2]);
+        camera.GetRight().GetCoord(r[0], r[1], r[2]);
+        camera.GetUp().GetCoord(u[0], u[1], u[2]);
+        camera.GetDirection().GetCoord(d[0], d[1], d[2]);
+        for (int k = 0; k < 3; ++k) {
+            r[k] *= camera.GetScale();
+            u[k] *= camera.GetScale();
+        }
+        x0 = camera.GetSize().width() / 2.0;
+        y0 = camera.GetSize().height() / 2.0;
+    }
+    QPointF Screen(const double *p) const
+    {
+        const double x = p[0] - c[0];
+        const double y = p[1] - c[1];
+        const double z = p[2] - c[2];
+        return QPointF(x0 + x * r[0] + y * r[1] + z * r[2], y0 - (x * u[0] + y * u[1] + z * u[2]));
+    }
+    double Depth(const double *p) const
+    {
+        return (p[0] - c[0]) * d[0] + (p[1] - c[1]) * d[1] + (p[2] - c[2]) * d[2];
+    }
+    double c[3], r[3], u[3], d[3];
+    double x0, y0;
+};
+
 } // namespace
 
 QList<qreal> SceneRenderer::DashPattern(int lineStyle)
@@ -91,7 +122,20 @@ SceneRenderer::Statistics SceneRenderer::Render(QPainter &painter, const SceneCl
     double view[3];
     camera.GetDirection().GetCoord(view[0], view[1], view[2]);
 
+    const Projection projection(camera);
+    size_t count = 0;
+    for (const auto &owned : client.GetItems())
+        count += owned->triangles.size() + owned->lines.size() + owned->points.size() + owned->texts.size();
     std::vector<Drawable> drawables;
+    drawables.reserve(count);
+    // Faces are projected and shaded while the items are walked in memory
+    // order; drawing then only reads this compact list.
+    struct Face
+    {
+        QPointF corners[3];
+        QRgb color;
+    };
+    std::vector<Face> faces;
     for (const auto &owned : client.GetItems()) {
         const SceneClient::Item &item = *owned;
         if (!item.visible)
@@ -99,8 +143,16 @@ SceneRenderer::Statistics SceneRenderer::Render(QPainter &painter, const SceneCl
         for (size_t n = 0; n < item.triangles.size(); ++n) {
             const auto &t = item.triangles[n];
             const auto &style = item.styles[t.style];
-            const double depth = (camera.Depth(&t.xyz[0]) + camera.Depth(&t.xyz[3]) + camera.Depth(&t.xyz[6])) / 3.0;
-            drawables.push_back({depth, style.priority, style.depthEnabled, 0, item.order, &item, int(n)});
+            const double depth =
+                (projection.Depth(&t.xyz[0]) + projection.Depth(&t.xyz[3]) + projection.Depth(&t.xyz[6])) / 3.0;
+            const QColor base = ColorOf(item, style);
+            const double facing = std::abs(t.normal[0] * view[0] + t.normal[1] * view[1] + t.normal[2] * view[2]);
+            const double light = 0.35 + 0.65 * facing;
+            faces.push_back({{projection.Screen(&t.xyz[0]), projection.Screen(&t.xyz[3]), projection.Screen(&t.xyz[6])},
+                             qRgba(int(std::lround(base.red() * light)), int(std::lround(base.green() * light)),
+                                   int(std::lround(base.blue() * light)), base.alpha())});
+            drawables.push_back({depth, style.priority, style.depthEnabled, 0, item.order, &item,
+                                 int(faces.size() - 1)});
         }
         for (size_t n = 0; n < item.lines.size(); ++n) {
             const auto &line = item.lines[n];
@@ -127,31 +179,34 @@ SceneRenderer::Statistics SceneRenderer::Render(QPainter &painter, const SceneCl
                                  &item, int(n)});
         }
     }
-    std::sort(drawables.begin(), drawables.end(), DrawnBefore);
+    std::sort(drawables.begin(), drawables.end(), [](const Drawable &a, const Drawable &b) { return DrawnBefore(a, b); });
 
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);
     const QRectF frame(QPointF(-1000.0, -1000.0), QSizeF(size.width() + 2000.0, size.height() + 2000.0));
+    QRgb currentFill = 0;
+    bool fillSet = false;
     for (const Drawable &d : drawables) {
         const SceneClient::Item &item = *d.item;
         switch (d.kind) {
         case 0: {
-            const auto &t = item.triangles[d.index];
-            const QPointF corners[3] = {camera.ToScreen(&t.xyz[0]), camera.ToScreen(&t.xyz[3]),
-                                        camera.ToScreen(&t.xyz[6])};
-            const QColor base = ColorOf(item, item.styles[t.style]);
-            const double facing = std::abs(t.normal[0] * view[0] + t.normal[1] * view[1] + t.normal[2] * view[2]);
-            const double light = 0.35 + 0.65 * facing;
-            const QColor shaded(int(std::lround(base.red() * light)), int(std::lround(base.green() * light)),
-                                int(std::lround(base.blue() * light)), base.alpha());
+            const Face &face = faces[d.index];
+            const QRgb shaded = face.color;
+            const QPointF *corners = face.corners;
             // A hairline of the same colour closes the seams between neighbours.
-            painter.setPen(QPen(shaded, 0));
-            painter.setBrush(shaded);
+            if (!fillSet || shaded != currentFill) {
+                const QColor color = QColor::fromRgba(shaded);
+                painter.setPen(QPen(color, 0));
+                painter.setBrush(color);
+                currentFill = shaded;
+                fillSet = true;
+            }
             painter.drawConvexPolygon(corners, 3);
             ++statistics.faces;
             break;
         }
         case 1: {
+            fillSet = false;
             const auto &line = item.lines[d.index];
             const auto &style = item.styles[line.style];
             QPen pen(ColorOf(item, style));
@@ -177,6 +232,7 @@ SceneRenderer::Statistics SceneRenderer::Render(QPainter &painter, const SceneCl
             break;
         }
         case 2: {
+            fillSet = false;
             const auto &points = item.points[d.index];
             const auto &style = item.styles[points.style];
             const QColor color = ColorOf(item, style);
@@ -200,6 +256,7 @@ SceneRenderer::Statistics SceneRenderer::Render(QPainter &painter, const SceneCl
             break;
         }
         case 3: {
+            fillSet = false;
             const auto &text = item.texts[d.index];
             const auto &style = item.styles[text.style];
             QFont font = style.font;

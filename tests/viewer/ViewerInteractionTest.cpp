@@ -5,6 +5,7 @@
 
 #include <KEZVisGizmo.h>
 #include <KEZVisMouseEvent.h>
+#include <KEZVisPolylinePrimitive.h>
 
 #include <KEZMathAxis.h>
 #include <KEZMathVector.h>
@@ -288,6 +289,19 @@ TEST_F(ViewerWithGizmo, ASnapClickMovesTheOriginOntoAVertex)
     QTest::mouseClick(widget.get(), Qt::LeftButton, Qt::NoModifier, OnTheSphere()); // arms the sphere
     QTest::mouseClick(widget.get(), Qt::LeftButton, Qt::NoModifier, Pixel(50, 50) + QPoint(3, -3));
     ExpectPoint(gizmo->GetPosition().GetOrigin(), 50, 50, 0);
+}
+
+TEST_F(ViewerWithGizmo, ASnapClickGivesAShaftTheDirectionOfAnEdge)
+{
+    KEZVisOptions options;
+    options.SetColor(Blue);
+    Add(new KEZVisRepGraphics(QList<const KEZVisPrimitive *>{new KEZVisPolylinePrimitive(
+                                  new double[6]{50, 60, 0, 90, 100, 0}, 2, KEZVisPolylinePrimitive::StructureConnected)},
+                              options));
+    QTest::mouseClick(widget.get(), Qt::LeftButton, Qt::NoModifier, Pixel(30, 0)); // arms the first shaft
+    QTest::mouseClick(widget.get(), Qt::LeftButton, Qt::NoModifier, Pixel(70, 80) + QPoint(1, 1));
+    const double half = std::sqrt(0.5);
+    ExpectVector(gizmo->GetPosition().GetFirstDirection(), half, half, 0);
 }
 
 TEST_F(ViewerWithGizmo, ADoubleClickOnATipReversesItsDirection)
