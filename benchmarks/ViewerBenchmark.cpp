@@ -36,8 +36,10 @@ namespace {
 
 const QSize FrameSize(1000, 800);
 
-// A scene of n one-triangle objects on a square grid 1000 units wide, at
-// random heights and tilts, seen slightly from the side.
+// A scene of n one-triangle objects tiling one wavy surface 1000 units wide,
+// as the faces of a model tessellated n times: the surface is the same at
+// every n, the tiles get finer, each one lifted and tilted at random by a
+// fraction of its own size. Seen slightly from the side.
 struct Scene
 {
     explicit Scene(int n)
@@ -51,8 +53,8 @@ struct Scene
             for (int i = 0; i < n; ++i) {
                 const double x = (i % side) * cell;
                 const double y = (i / side) * cell;
-                const double z = random.bounded(100.0) - 50.0;
-                const double tilt = random.bounded(0.6 * cell);
+                const double z = 40.0 * std::sin(x / 150.0) * std::cos(y / 170.0) + random.bounded(0.4 * cell);
+                const double tilt = random.bounded(0.6 * cell) - 0.3 * cell;
                 double *coords = new double[9]{x, y, z, x + 0.9 * cell, y, z + tilt, x, y + 0.9 * cell, z - tilt};
                 int *triangles = new int[3]{0, 1, 2};
                 KEZVisOptions options;

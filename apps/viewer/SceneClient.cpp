@@ -384,6 +384,15 @@ void SceneClient::BuildHierarchy()
         m_nodes.reserve(2 * m_leaves.size() / 4 + 1);
         BuildNode(0, int(m_leaves.size()), 0);
     }
+    // The boxes of the leaves side by side in the order of the hierarchy, so
+    // that a walk reads them from one block of memory and touches an item
+    // only when its box is crossed.
+    m_leafBoxes.resize(m_leaves.size());
+    m_leafThin.resize(m_leaves.size());
+    for (size_t n = 0; n < m_leaves.size(); ++n) {
+        m_leafBoxes[n] = m_leaves[n]->box;
+        m_leafThin[n] = !m_leaves[n]->lines.empty() || !m_leaves[n]->points.empty();
+    }
     m_hierarchyDirty = false;
 }
 
@@ -392,6 +401,9 @@ int SceneClient::BuildNode(int first, int count, int depth)
     const int index = int(m_nodes.size());
     m_nodes.push_back(Node{});
     std::array<double, 6> box = m_leaves[first]->box;
+    bool thin = false;
+    for (int n = first; n < first + count; ++n)
+        thin = thin || !m_leaves[n]->lines.empty() || !m_leaves[n]->points.empty();
     for (int n = first + 1; n < first + count; ++n) {
         const auto &b = m_leaves[n]->box;
         for (int k = 0; k < 3; ++k) {
@@ -401,7 +413,7 @@ int SceneClient::BuildNode(int first, int count, int depth)
     }
     constexpr int leafSize = 4;
     if (count <= leafSize || depth > 60) {
-        m_nodes[index] = Node{box, first, count, -1};
+        m_nodes[index] = Node{box, first, count, -1, thin};
         return index;
     }
     // Split at the median of the box centres along the longest side.
@@ -417,7 +429,7 @@ int SceneClient::BuildNode(int first, int count, int depth)
                      });
     const int left = BuildNode(first, half, depth + 1);
     const int right = BuildNode(first + half, count - half, depth + 1);
-    m_nodes[index] = Node{box, left, 0, right};
+    m_nodes[index] = Node{box, left, 0, right, thin};
     return index;
 }
 
@@ -447,7 +459,7 @@ void SceneClient::Candidates(const ViewCamera &camera, const QPointF &screenPoin
             continue;
         if (node.count > 0) {
             for (int n = node.first; n < node.first + node.count; ++n) {
-                if (LineCrossesBox(origin, direction, m_leaves[n]->box, margin))
+                if (LineCrossesBox(origin, direction, m_leafBoxes[n], margin))
                     items.push_back(m_leaves[n]);
             }
         } else {
@@ -527,7 +539,10 @@ SceneClient::Hit SceneClient::Pick(const ViewCamera &camera, const QPointF &scre
     // since nothing in it can be nearer.
     std::vector<std::pair<double, int>> stack;
     double entry = 0.0;
-    if (LineCrossesBox(origin, direction, m_nodes[0].box, margin, &entry))
+    // Faces are hit only under the cursor: the margin of the pick radius is
+    // needed only around boxes that hold lines or points.
+    auto marginOf = [margin](bool thin) { return thin ? margin : 0.0; };
+    if (LineCrossesBox(origin, direction, m_nodes[0].box, marginOf(m_nodes[0].thin), &entry))
         stack.emplace_back(entry, 0);
     while (!stack.empty()) {
         const auto [nodeEntry, index] = stack.back();
@@ -537,7 +552,7 @@ SceneClient::Hit SceneClient::Pick(const ViewCamera &camera, const QPointF &scre
         const Node &node = m_nodes[index];
         if (node.count > 0) {
             for (int n = node.first; n < node.first + node.count; ++n) {
-                if (LineCrossesBox(origin, direction, m_leaves[n]->box, margin, &entry)
+                if (LineCrossesBox(origin, direction, m_leafBoxes[n], marginOf(m_leafThin[n]), &entry)
                     && entry <= bestDepth + tolerance(bestDepth))
                     test(m_leaves[n]);
             }
@@ -545,8 +560,10 @@ SceneClient::Hit SceneClient::Pick(const ViewCamera &camera, const QPointF &scre
         }
         double leftEntry = 0.0;
         double rightEntry = 0.0;
-        const bool left = LineCrossesBox(origin, direction, m_nodes[node.first].box, margin, &leftEntry);
-        const bool right = LineCrossesBox(origin, direction, m_nodes[node.right].box, margin, &rightEntry);
+        const Node &leftNode = m_nodes[node.first];
+        const Node &rightNode = m_nodes[node.right];
+        const bool left = LineCrossesBox(origin, direction, leftNode.box, marginOf(leftNode.thin), &leftEntry);
+        const bool right = LineCrossesBox(origin, direction, rightNode.box, marginOf(rightNode.thin), &rightEntry);
         if (left && right) {
             if (leftEntry <= rightEntry) {
                 stack.emplace_back(rightEntry, node.right);

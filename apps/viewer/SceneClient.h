@@ -161,6 +161,7 @@ private:
         int first; // leaves: index into m_leaves; inner nodes: left child
         int count; // leaves: number of items; inner nodes: 0
         int right; // inner nodes: right child
+        bool thin; // holds lines or points, which are hit within the pick radius
     };
 
     void RequestRedraw();
@@ -181,6 +182,8 @@ private:
 
     bool m_hierarchyDirty = true;
     std::vector<Item *> m_leaves;
+    std::vector<std::array<double, 6>> m_leafBoxes;
+    std::vector<char> m_leafThin;
     std::vector<Node> m_nodes;
 };
 
