@@ -365,3 +365,67 @@ TEST_F(Viewer, SurvivesTheObjectUnderAPressedButtonBeingDeleted)
     EXPECT_TRUE(environment.GetVisualizationSelection().isEmpty());
     EXPECT_TRUE(widget->GetClient().GetItems().empty());
 }
+
+TEST_F(Viewer, PicksAPolylineWithinFourPixelsOfIt)
+{
+    KEZVisOptions options;
+    options.SetColor(Blue);
+    KEZVisVirtualObject *line = Add(new KEZVisRepGraphics(
+        QList<const KEZVisPrimitive *>{new KEZVisPolylinePrimitive(new double[6]{-50, 20, 0, 50, 20, 0}, 2,
+                                                                   KEZVisPolylinePrimitive::StructureConnected)},
+        options));
+    QTest::mouseMove(widget.get(), Pixel(0, 20) + QPoint(0, 4));
+    EXPECT_EQ(widget->GetContext().GetVisObject(), line);
+    EXPECT_EQ(widget->GetContext().GetGeometrySelectionType(), KEZVisMouseContext::EdgeGeometrySelection);
+    QTest::mouseMove(widget.get(), Pixel(0, 20) + QPoint(0, 6));
+    EXPECT_EQ(widget->GetContext().GetVisObject(), nullptr);
+}
+
+TEST_F(Viewer, PicksAPointWithinFourPixelsOfIt)
+{
+    KEZVisOptions options;
+    options.SetColor(Blue);
+    KEZVisVirtualObject *point = Add(
+        new KEZVisRepGraphics(QList<const KEZVisPrimitive *>{new KEZVisPointPrimitive(new double[3]{30, 30, 0}, 1)},
+                              options));
+    QTest::mouseMove(widget.get(), Pixel(30, 30) + QPoint(3, 0));
+    EXPECT_EQ(widget->GetContext().GetVisObject(), point);
+    EXPECT_EQ(widget->GetContext().GetGeometrySelectionType(), KEZVisMouseContext::VertexGeometrySelection);
+    QTest::mouseMove(widget.get(), Pixel(30, 30) + QPoint(6, 0));
+    EXPECT_EQ(widget->GetContext().GetVisObject(), nullptr);
+}
+
+TEST_F(Viewer, PrefersALineOverAFaceAtTheSameDepth)
+{
+    Add(Rectangle(-20, -20, 20, 20, Red));
+    KEZVisOptions options;
+    options.SetColor(Blue);
+    KEZVisVirtualObject *line = Add(new KEZVisRepGraphics(
+        QList<const KEZVisPrimitive *>{new KEZVisPolylinePrimitive(new double[6]{-20, 0, 0, 20, 0, 0}, 2,
+                                                                   KEZVisPolylinePrimitive::StructureConnected)},
+        options));
+    QTest::mouseMove(widget.get(), Pixel(0, 0) + QPoint(0, 2));
+    EXPECT_EQ(widget->GetContext().GetVisObject(), line);
+}
+
+TEST_F(Viewer, DoesNotPickAHiddenObject)
+{
+    KEZVisVirtualObject *object = Add(Rectangle(-20, -20, 20, 20, Red));
+    object->Hide();
+    QTest::mouseMove(widget.get(), Pixel(0, 0));
+    EXPECT_EQ(widget->GetContext().GetVisObject(), nullptr);
+}
+
+TEST_F(Viewer, SnapsToTheNearestEdgeDirectionAwayFromVertices)
+{
+    KEZVisOptions options;
+    options.SetColor(Blue);
+    Add(new KEZVisRepGraphics(QList<const KEZVisPrimitive *>{new KEZVisPolylinePrimitive(
+                                  new double[6]{-50, -50, 0, 50, -10, 0}, 2, KEZVisPolylinePrimitive::StructureConnected)},
+                              options));
+    QTest::mouseMove(widget.get(), Pixel(0, -30) + QPoint(0, 5));
+    const KEZVisMouseContext &context = widget->GetContext();
+    EXPECT_EQ(context.GetSnapType(), QFlags<KEZVisMouseContext::SnapType>(KEZVisMouseContext::SnapToAxis));
+    const double length = std::sqrt(100.0 * 100.0 + 40.0 * 40.0);
+    ExpectVector(context.GetSnapAxis(), 100.0 / length, 40.0 / length, 0);
+}

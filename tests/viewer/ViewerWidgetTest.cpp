@@ -242,3 +242,60 @@ TEST_F(Viewer, DrawsAPolylineInItsColour)
     EXPECT_EQ(At(Pixel(0, 20)), Blue);
     EXPECT_EQ(At(Pixel(0, 30)), SceneRenderer::BackgroundColor);
 }
+
+TEST_F(Viewer, AnOrientationRequestTurnsThatDirectionUpOnTheScreen)
+{
+    Add(Rectangle(40, -10, 60, 10, Red));
+    environment.SetViewOrientation(KEZMathVector(1, 0, 0));
+    // x now points up: the square right of the centre shows above it.
+    EXPECT_EQ(At(Pixel(0, 50)), Red);
+    EXPECT_EQ(At(Pixel(50, 0)), SceneRenderer::BackgroundColor);
+}
+
+TEST_F(Viewer, ARemovedObjectIsNoLongerDrawnOrMirrored)
+{
+    KEZVisVirtualObject *object = Add(Rectangle(-20, -20, 20, 20, Red));
+    environment.RemoveVirtualObject(object);
+    EXPECT_EQ(widget->GetClient().FindItem(object), nullptr);
+    EXPECT_EQ(At(Pixel(0, 0)), SceneRenderer::BackgroundColor);
+}
+
+TEST_F(Viewer, AnObjectListedTwiceIsMirroredOnce)
+{
+    KEZVisVirtualObject *object = Add(Rectangle(-20, -20, 20, 20, Red));
+    environment.AddVirtualObject(object);
+    EXPECT_EQ(widget->GetClient().GetItems().size(), 1u);
+}
+
+TEST_F(Viewer, ANewRepIsDrawnInPlaceOfTheOldOne)
+{
+    KEZVisVirtualObject *object = Add(Rectangle(-20, -20, 20, 20, Red));
+    object->SetRep(Rectangle(30, 30, 50, 50, Blue));
+    EXPECT_EQ(At(Pixel(0, 0)), SceneRenderer::BackgroundColor);
+    EXPECT_EQ(At(Pixel(40, 40)), Blue);
+}
+
+TEST_F(Viewer, NestedBatchesRedrawOnceAtTheEndOfTheOutermost)
+{
+    QSignalSpy redraws(&widget->GetClient(), &SceneClient::RedrawNeeded);
+    {
+        KEZVisEnvironmentBatchContext outer(&environment);
+        {
+            KEZVisEnvironmentBatchContext inner(&environment);
+            Add(Rectangle(-5, -5, 5, 5, Green));
+        }
+        Add(Rectangle(10, 10, 15, 15, Green));
+        EXPECT_EQ(redraws.count(), 0);
+    }
+    EXPECT_EQ(redraws.count(), 1);
+}
+
+TEST_F(Viewer, AnAttachedClientMirrorsTheObjectsThatWereThereBefore)
+{
+    Add(Rectangle(-20, -20, 20, 20, Red));
+    Add(Rectangle(30, 30, 50, 50, Blue));
+    ViewerWidget second;
+    second.resize(400, 400);
+    second.SetEnvironment(&environment);
+    EXPECT_EQ(second.GetClient().GetItems().size(), 2u);
+}
