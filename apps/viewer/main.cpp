@@ -5,10 +5,10 @@
 #include "ViewerEnvironment.h"
 #include "ViewerScene.h"
 #include "ViewerWidget.h"
+#include "ViewerWindow.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QMainWindow>
 #include <QRegularExpression>
 #include <QStatusBar>
 
@@ -85,12 +85,12 @@ int main(int argc, char **argv)
     if (!error.isEmpty())
         PrintError(error);
 
-    QMainWindow window;
-    auto *view = new ViewerWidget(&window);
-    window.setCentralWidget(view);
+    const QString title = files.isEmpty() || !error.isEmpty()
+                              ? QStringLiteral("kezvis-viewer")
+                              : QStringLiteral("kezvis-viewer - %1").arg(files.first());
+    ViewerWindow window(&environment, scene.GetGizmo(), title, error);
+    ViewerWidget *view = window.GetView();
     view->resize(size);
-    view->SetEnvironment(&environment);
-    view->SetGizmo(scene.GetGizmo());
     environment.FitToObjects(environment.GetObjects());
 
     if (parser.isSet(screenshotOption)) {
@@ -102,10 +102,6 @@ int main(int argc, char **argv)
         return error.isEmpty() ? 0 : 1;
     }
 
-    window.setWindowTitle(files.isEmpty() || !error.isEmpty() ? QStringLiteral("kezvis-viewer")
-                                                               : QStringLiteral("kezvis-viewer - %1").arg(files.first()));
-    window.statusBar()->showMessage(error.isEmpty() ? QStringLiteral("%1 objects").arg(environment.GetObjects().size())
-                                                    : error);
     window.resize(size + QSize(0, window.statusBar()->sizeHint().height()));
     window.show();
     return application.exec();

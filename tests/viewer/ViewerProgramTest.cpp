@@ -1,5 +1,12 @@
 // kezvis-viewer run as a process: screenshots, options and bad files.
 
+#include "KvrFile.h"
+
+#include <KEZVisOptions.h>
+#include <KEZVisRepGraphics.h>
+#include <KEZVisSurfacePrimitive.h>
+
+#include <QColor>
 #include <QFile>
 #include <QImage>
 #include <QProcess>
@@ -103,4 +110,30 @@ TEST(ViewerProgram, HelpNamesTheOptionsAndVersionTheProgram)
     const ProgramRun version = Start({QStringLiteral("--version")});
     EXPECT_EQ(version.status, 0);
     EXPECT_TRUE(version.out.startsWith(QStringLiteral("kezvis-viewer "))) << version.out.toStdString();
+}
+
+TEST(ViewerProgram, AScreenshotOfARepFileShowsItsRepsAndNotTheGallery)
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("rectangle.kvr"));
+    {
+        double *coords = new double[12]{-20, -20, 0, 20, -20, 0, 20, 20, 0, -20, 20, 0};
+        int *triangles = new int[6]{0, 1, 2, 0, 2, 3};
+        KEZVisOptions options;
+        options.SetColor(QColor(200, 30, 30));
+        const KEZVisRepGraphics rep(
+            QList<const KEZVisPrimitive *>{new KEZVisSurfacePrimitive(4, coords, 2, triangles, nullptr)}, options);
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        QString error;
+        ASSERT_TRUE(Kvr::Write(file, {&rep}, &error)) << error.toStdString();
+    }
+    const QString shot = folder.filePath(QStringLiteral("shot.png"));
+    const ProgramRun run = Start({path, QStringLiteral("--screenshot"), shot, QStringLiteral("--size"), QStringLiteral("120x90")});
+    EXPECT_EQ(run.status, 0) << run.err.toStdString();
+    const QImage image(shot);
+    ASSERT_FALSE(image.isNull());
+    // The fitted rectangle fills the middle of the frame, facing the view.
+    EXPECT_EQ(image.pixelColor(60, 45), QColor(200, 30, 30));
+    EXPECT_EQ(DistinctColours(image), 2) << "the rectangle and the background, nothing else";
 }
