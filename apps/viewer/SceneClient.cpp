@@ -126,8 +126,31 @@ const SceneClient::Item *SceneClient::FindItem(const KEZVisObject *object) const
     return it == m_index.constEnd() ? nullptr : m_items[*it].get();
 }
 
+const std::vector<SceneClient::FlatFace> &SceneClient::GetFlatFaces() const
+{
+    if (!m_flatDirty)
+        return m_flatFaces;
+    m_flatFaces.clear();
+    for (const auto &owned : m_items) {
+        const Item &item = *owned;
+        if (!item.visible)
+            continue;
+        for (const Triangle &t : item.triangles) {
+            const Style &style = item.styles[t.style];
+            const QRgb color = item.state == KEZVisObject::PreSelected ? PreselectedRgb()
+                               : item.state == KEZVisObject::Selected  ? SelectedRgb()
+                                                                       : style.color.rgba();
+            m_flatFaces.push_back({t.xyz.data(), t.normal, color, style.priority, style.depthEnabled, item.order});
+        }
+    }
+    m_flatDirty = false;
+    return m_flatFaces;
+}
+
 void SceneClient::RequestRedraw()
 {
+    // Every change of the mirror ends here.
+    m_flatDirty = true;
     if (m_batchDepth > 0) {
         m_redrawPending = true;
         return;

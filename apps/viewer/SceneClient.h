@@ -106,6 +106,18 @@ public:
         KEZMathVector axis;
     };
 
+    // A face of a visible item, with what drawing needs of its item, kept
+    // side by side for all items so that a frame reads one block of memory.
+    struct FlatFace
+    {
+        const double *xyz; // the triangle's corners, owned by its item
+        std::array<double, 3> normal;
+        QRgb color; // the face's colour, or the colour of its item's selection state
+        int priority;
+        bool depthEnabled;
+        quint64 order;
+    };
+
     // Pixels around a point or a line within which the mouse hits it.
     static constexpr double PickRadius = 4.0;
     // Pixels around a vertex or an edge within which the mouse snaps to it.
@@ -118,6 +130,12 @@ public:
     const Item *FindItem(const KEZVisObject *object) const;
     bool IsSelectionEnabled() const { return m_selectionEnabled; }
     bool IsInBatch() const { return m_batchDepth > 0; }
+
+    // The faces of all visible items, rebuilt after any change.
+    const std::vector<FlatFace> &GetFlatFaces() const;
+    // The colours in which selected and preselected items are drawn.
+    static QRgb SelectedRgb() { return qRgb(255, 140, 0); }
+    static QRgb PreselectedRgb() { return qRgb(0, 160, 255); }
 
     // The box around every visible item; false when there is none.
     bool GetSceneBox(KEZMathBoundingBox &box) const;
@@ -181,6 +199,9 @@ private:
     bool m_selectionEnabled = false;
 
     bool m_hierarchyDirty = true;
+    mutable bool m_flatDirty = true;
+    mutable std::vector<FlatFace> m_flatFaces;
+
     std::vector<Item *> m_leaves;
     std::vector<std::array<double, 6>> m_leafBoxes;
     std::vector<char> m_leafThin;

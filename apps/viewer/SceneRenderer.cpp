@@ -123,11 +123,9 @@ SceneRenderer::Statistics SceneRenderer::Render(QPainter &painter, const SceneCl
     camera.GetDirection().GetCoord(view[0], view[1], view[2]);
 
     const Projection projection(camera);
-    size_t count = 0;
-    for (const auto &owned : client.GetItems())
-        count += owned->triangles.size() + owned->lines.size() + owned->points.size() + owned->texts.size();
+    const std::vector<SceneClient::FlatFace> &flatFaces = client.GetFlatFaces();
     std::vector<Drawable> drawables;
-    drawables.reserve(count);
+    drawables.reserve(flatFaces.size());
     // Faces are projected and shaded while the items are walked in memory
     // order; drawing then only reads this compact list.
     struct Face
@@ -136,24 +134,20 @@ SceneRenderer::Statistics SceneRenderer::Render(QPainter &painter, const SceneCl
         QRgb color;
     };
     std::vector<Face> faces;
+    faces.reserve(flatFaces.size());
+    for (const SceneClient::FlatFace &t : flatFaces) {
+        const double depth = (projection.Depth(&t.xyz[0]) + projection.Depth(&t.xyz[3]) + projection.Depth(&t.xyz[6])) / 3.0;
+        const double facing = std::abs(t.normal[0] * view[0] + t.normal[1] * view[1] + t.normal[2] * view[2]);
+        const double light = 0.35 + 0.65 * facing;
+        faces.push_back({{projection.Screen(&t.xyz[0]), projection.Screen(&t.xyz[3]), projection.Screen(&t.xyz[6])},
+                         qRgba(int(std::lround(qRed(t.color) * light)), int(std::lround(qGreen(t.color) * light)),
+                               int(std::lround(qBlue(t.color) * light)), qAlpha(t.color))});
+        drawables.push_back({depth, t.priority, t.depthEnabled, 0, t.order, nullptr, int(faces.size() - 1)});
+    }
     for (const auto &owned : client.GetItems()) {
         const SceneClient::Item &item = *owned;
         if (!item.visible)
             continue;
-        for (size_t n = 0; n < item.triangles.size(); ++n) {
-            const auto &t = item.triangles[n];
-            const auto &style = item.styles[t.style];
-            const double depth =
-                (projection.Depth(&t.xyz[0]) + projection.Depth(&t.xyz[3]) + projection.Depth(&t.xyz[6])) / 3.0;
-            const QColor base = ColorOf(item, style);
-            const double facing = std::abs(t.normal[0] * view[0] + t.normal[1] * view[1] + t.normal[2] * view[2]);
-            const double light = 0.35 + 0.65 * facing;
-            faces.push_back({{projection.Screen(&t.xyz[0]), projection.Screen(&t.xyz[3]), projection.Screen(&t.xyz[6])},
-                             qRgba(int(std::lround(base.red() * light)), int(std::lround(base.green() * light)),
-                                   int(std::lround(base.blue() * light)), base.alpha())});
-            drawables.push_back({depth, style.priority, style.depthEnabled, 0, item.order, &item,
-                                 int(faces.size() - 1)});
-        }
         for (size_t n = 0; n < item.lines.size(); ++n) {
             const auto &line = item.lines[n];
             const auto &style = item.styles[line.style];
@@ -187,24 +181,23 @@ SceneRenderer::Statistics SceneRenderer::Render(QPainter &painter, const SceneCl
     QRgb currentFill = 0;
     bool fillSet = false;
     for (const Drawable &d : drawables) {
-        const SceneClient::Item &item = *d.item;
-        switch (d.kind) {
-        case 0: {
+        if (d.kind == 0) {
             const Face &face = faces[d.index];
             const QRgb shaded = face.color;
-            const QPointF *corners = face.corners;
-            // A hairline of the same colour closes the seams between neighbours.
             if (!fillSet || shaded != currentFill) {
                 const QColor color = QColor::fromRgba(shaded);
+                // A hairline of the same colour closes the seams between neighbours.
                 painter.setPen(QPen(color, 0));
                 painter.setBrush(color);
                 currentFill = shaded;
                 fillSet = true;
             }
-            painter.drawConvexPolygon(corners, 3);
+            painter.drawConvexPolygon(face.corners, 3);
             ++statistics.faces;
-            break;
+            continue;
         }
+        const SceneClient::Item &item = *d.item;
+        switch (d.kind) {
         case 1: {
             fillSet = false;
             const auto &line = item.lines[d.index];

@@ -22,8 +22,8 @@ class QPainter;
 namespace SceneRenderer {
 
 inline const QColor BackgroundColor(246, 246, 242);
-inline const QColor SelectedColor(255, 140, 0);
-inline const QColor PreselectedColor(0, 160, 255);
+inline const QColor SelectedColor = QColor::fromRgb(SceneClient::SelectedRgb());
+inline const QColor PreselectedColor = QColor::fromRgb(SceneClient::PreselectedRgb());
 
 // The number of drawing calls of the last Render() in this process, for tests
 // and benchmarks.
