@@ -429,3 +429,18 @@ TEST_F(Viewer, SnapsToTheNearestEdgeDirectionAwayFromVertices)
     const double length = std::sqrt(100.0 * 100.0 + 40.0 * 40.0);
     ExpectVector(context.GetSnapAxis(), 100.0 / length, 40.0 / length, 0);
 }
+
+TEST_F(Viewer, PicksTheValidPartOfAMeshWithANanCoordinate)
+{
+    const double nan = std::nan("");
+    double *coords = new double[15]{-20, -20, 0, 20, -20, 0, 20, 20, 0, nan, nan, nan, 0, 0, 0};
+    int *triangles = new int[6]{0, 1, 2, 2, 3, 4};
+    KEZVisOptions options;
+    options.SetColor(Red);
+    KEZVisVirtualObject *object = Add(new KEZVisRepGraphics(
+        QList<const KEZVisPrimitive *>{new KEZVisSurfacePrimitive(5, coords, 2, triangles, nullptr)}, options));
+    QTest::mouseMove(widget.get(), Pixel(10, -10));
+    EXPECT_EQ(widget->GetContext().GetVisObject(), object);
+    QTest::mouseMove(widget.get(), Pixel(-10, 10));
+    EXPECT_EQ(widget->GetContext().GetVisObject(), nullptr);
+}

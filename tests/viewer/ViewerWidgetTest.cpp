@@ -299,3 +299,50 @@ TEST_F(Viewer, AnAttachedClientMirrorsTheObjectsThatWereThereBefore)
     second.SetEnvironment(&environment);
     EXPECT_EQ(second.GetClient().GetItems().size(), 2u);
 }
+
+namespace {
+
+KEZVisRep *HorizontalLine(double y, const KEZVisOptions &options)
+{
+    return new KEZVisRepGraphics(QList<const KEZVisPrimitive *>{new KEZVisPolylinePrimitive(
+                                     new double[6]{-50, y, 0, 50, y, 0}, 2, KEZVisPolylinePrimitive::StructureConnected)},
+                                 options);
+}
+
+// The pixels of the row of the line from x = -40 to 40 that show the background.
+int GapsAlong(const QImage &image, double y)
+{
+    int gaps = 0;
+    for (int x = Pixel(-40, y).x(); x <= Pixel(40, y).x(); ++x)
+        gaps += image.pixelColor(x, Pixel(0, y).y()) == SceneRenderer::BackgroundColor ? 1 : 0;
+    return gaps;
+}
+
+} // namespace
+
+TEST_F(Viewer, DrawsADashedLineWithGapsAndASolidOneWithout)
+{
+    KEZVisOptions solid;
+    solid.SetColor(Blue);
+    KEZVisOptions dashed = solid;
+    dashed.SetLineStyle(KEZVisOptions::LineStyleDash);
+    Add(HorizontalLine(20, solid));
+    Add(HorizontalLine(-20, dashed));
+    const QImage frame = Frame();
+    EXPECT_EQ(GapsAlong(frame, 20), 0);
+    // Dashes of 3 and gaps of 2 pen widths: two fifths of the row is gap.
+    const int length = Pixel(40, 0).x() - Pixel(-40, 0).x() + 1;
+    EXPECT_NEAR(GapsAlong(frame, -20), length * 2 / 5, 4);
+}
+
+TEST_F(Viewer, DrawsAThickLineWiderThanAThinOne)
+{
+    KEZVisOptions thin;
+    thin.SetColor(Blue);
+    KEZVisOptions thick = thin;
+    thick.SetLineThickness(7.0);
+    Add(HorizontalLine(20, thin));
+    Add(HorizontalLine(-20, thick));
+    EXPECT_EQ(At(Pixel(0, 20) + QPoint(0, 3)), SceneRenderer::BackgroundColor);
+    EXPECT_EQ(At(Pixel(0, -20) + QPoint(0, 3)), Blue);
+}
