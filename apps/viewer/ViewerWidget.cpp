@@ -194,6 +194,7 @@ void ViewerWidget::mousePressEvent(QMouseEvent *event)
     m_pressPosition = position;
     m_lastPosition = position;
     m_moved = false;
+    m_drag = Drag::None;
     if (event->button() == Qt::LeftButton)
         m_drag = hit.object ? Drag::Objects : Drag::Rotate;
     else if (event->button() == Qt::MiddleButton)
@@ -228,7 +229,7 @@ void ViewerWidget::mouseMoveEvent(QMouseEvent *event)
 void ViewerWidget::mouseReleaseEvent(QMouseEvent *event)
 {
     const QPointF position = event->position();
-    const SceneClient::Hit hit = FillContext(position);
+    FillContext(position);
     const bool click = event->button() == Qt::LeftButton && !m_moved && !m_afterDoubleClick;
     m_drag = Drag::None;
     m_afterDoubleClick = false;
@@ -237,7 +238,6 @@ void ViewerWidget::mouseReleaseEvent(QMouseEvent *event)
         return;
     // The release may have changed the scene: pick again for the click.
     const SceneClient::Hit clicked = FillContext(position);
-    Q_UNUSED(hit);
     Report(KEZVisMouseEvent::MouseClicked);
     // Only an object that still lives in the mirror is selected.
     KEZVisObject *object = clicked.object && m_client.FindItem(clicked.object) ? clicked.object : nullptr;
