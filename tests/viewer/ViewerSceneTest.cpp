@@ -3,6 +3,7 @@
 
 #include "ViewerTestSupport.h"
 
+#include "Gallery.h"
 #include "KvrFile.h"
 #include "ViewerScene.h"
 #include "ViewerWindow.h"
@@ -36,9 +37,10 @@ TEST(ViewerScene, TheGalleryHasOneSelectableObjectPerPanelAndAVisibleGizmo)
     ViewerEnvironment environment;
     ViewerScene scene(&environment);
     scene.LoadGallery();
-    EXPECT_EQ(scene.GetObjectCount(), 12);
-    EXPECT_EQ(environment.GetVirtualObjects().size(), 12 + 7);
-    for (int n = 0; n < 12; ++n)
+    const int panels = int(Gallery().Panels().size());
+    EXPECT_EQ(scene.GetObjectCount(), panels);
+    EXPECT_EQ(environment.GetVirtualObjects().size(), panels + 7);
+    for (int n = 0; n < panels; ++n)
         EXPECT_TRUE(environment.GetVirtualObjects()[n]->IsSelectable());
     ASSERT_NE(scene.GetGizmo(), nullptr);
     EXPECT_TRUE(scene.GetGizmo()->IsVisible());
@@ -110,6 +112,8 @@ TEST(ViewerWindow, ShowsTheNumberOfObjectsInTheStatusBarWithoutAnError)
     ViewerScene scene(&environment);
     scene.LoadGallery();
     ViewerWindow window(&environment, scene.GetGizmo(), QStringLiteral("kezvis-viewer"), QString());
-    EXPECT_EQ(window.statusBar()->currentMessage(), QStringLiteral("19 objects"));
-    EXPECT_EQ(window.GetView()->GetClient().GetItems().size(), 19u);
+    // One object per gallery panel and the gizmo's seven parts.
+    const int objects = int(Gallery().Panels().size()) + 7;
+    EXPECT_EQ(window.statusBar()->currentMessage(), QStringLiteral("%1 objects").arg(objects));
+    EXPECT_EQ(window.GetView()->GetClient().GetItems().size(), size_t(objects));
 }
