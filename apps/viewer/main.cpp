@@ -36,8 +36,23 @@ void PrintError(const QString &message)
 
 } // namespace
 
+// Whether the command line asks for a screenshot, or only for text (help,
+// version): then the program needs no display and draws off screen.
+bool NeedsNoDisplay(int argc, char **argv)
+{
+    for (int n = 1; n < argc; ++n) {
+        const QByteArray argument(argv[n]);
+        if (argument == "--screenshot" || argument.startsWith("--screenshot=") || argument == "--help"
+            || argument == "-h" || argument == "--version" || argument == "-v")
+            return true;
+    }
+    return false;
+}
+
 int main(int argc, char **argv)
 {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && NeedsNoDisplay(argc, argv))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kezvis-viewer"));
     QApplication::setApplicationVersion(QStringLiteral(KEZVIS_VERSION));
