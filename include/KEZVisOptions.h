@@ -207,9 +207,17 @@ KEZVISUALIZATION_EXPORT QDataStream &operator<<(QDataStream &stream, const KEZVi
  * \a options after detaching it; the line style and point symbol keep the low
  * byte of their qint32. The fixed-perspective flag stays as it was. The
  * stream's status is not examined: a short or corrupt stream is the caller's
- * to detect through QDataStream::status(). The font is read by QFont's own
- * stream operator, which trusts the counts it finds; read options only from
- * streams that this library or a trusted writer produced.
+ * to detect through QDataStream::status().
+ *
+ * The font is checked before QFont's own reader sees it, so that any bytes are
+ * safe to read. Its list of families is read string by string, never by
+ * reserving for the count it announces: a count beyond the data gives
+ * QDataStream::ReadPastEnd. A value that no font can hold sets
+ * QDataStream::ReadCorruptData: a point size that is neither -1 nor positive
+ * and finite, a pixel size that is neither -1 nor positive, a weight outside
+ * 1 to 1000, a stretch above 4000, a string of an odd number of bytes. A font
+ * that fails leaves the font of \a options as it was; the depth test and the
+ * priority are read after it all the same.
  */
 KEZVISUALIZATION_EXPORT QDataStream &operator>>(QDataStream &stream, KEZVisOptions &options);
 

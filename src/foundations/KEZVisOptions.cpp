@@ -1,6 +1,8 @@
 #include "KEZVisOptions.h"
 #include "KEZVisOptions_p.h"
 
+#include "KEZVisFontStream_p.h"
+
 #include <KEZSysColorHash.h>
 #include <KEZSysJsonConverters.h>
 
@@ -232,9 +234,12 @@ QDataStream &operator>>(QDataStream &stream, KEZVisOptions &options)
     stream >> data->color
            >> lineStyle
            >> data->lineThickness
-           >> pointSymbol
-           >> data->font
-           >> data->depthEnabled
+           >> pointSymbol;
+    // The font goes through a checked reader: Qt's own would trust the counts
+    // and sizes inside it. A refused font stays as it was, and the stream's
+    // status says why; the last two fields are read all the same.
+    KEZVisFontStream::Read(stream, data->font);
+    stream >> data->depthEnabled
            >> priority;
     data->lineStyle = static_cast<KEZVisOptions::LineStyle>(LowByte(lineStyle));
     data->pointSymbol = static_cast<KEZVisOptions::PointSymbol>(LowByte(pointSymbol));
