@@ -4,9 +4,11 @@
 #   ./build.sh deps     install the Debian packages the project needs (when missing)
 #   ./build.sh build    configure and build into build/
 #   ./build.sh test     deps, build, the whole test suite, then the whole suite
-#                       again under AddressSanitizer and UndefinedBehaviorSanitizer
+#                       again under AddressSanitizer and UndefinedBehaviorSanitizer,
+#                       then the tests labelled "threads" under ThreadSanitizer
 #   ./build.sh bench    deps, a Release build into build-release/, every benchmark
-#   ./build.sh tsan     deps, a ThreadSanitizer build into build-tsan/, its tests
+#   ./build.sh tsan     deps, a ThreadSanitizer build into build-tsan/ of the tests
+#                       labelled "threads", and those tests
 set -euo pipefail
 
 here="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
@@ -44,6 +46,15 @@ run_tests() {
     ctest --test-dir "$dir" -j "$jobs" --output-on-failure --timeout 600
 }
 
+# The tests that run code from several threads, built and run under
+# ThreadSanitizer; only the library and those tests are built.
+run_thread_sanitized_tests() {
+    cmake -S "$here" -B "$here/build-tsan" -G Ninja -DCMAKE_BUILD_TYPE=Debug \
+        -DKEZ_TSAN=ON -DKEZ_BUILD_BENCHMARKS=OFF -DKEZ_BUILD_EXAMPLES=OFF
+    cmake --build "$here/build-tsan" -j "$jobs" --target KEZThreadTests
+    ctest --test-dir "$here/build-tsan" -j "$jobs" --output-on-failure --timeout 600 -L threads
+}
+
 command="${1:-build}"
 case "$command" in
     deps)
@@ -60,6 +71,7 @@ case "$command" in
         configure_and_build "$here/build-sanitize" -DCMAKE_BUILD_TYPE=Debug \
             -DKEZ_SANITIZE=ON -DKEZ_BUILD_BENCHMARKS=OFF -DKEZ_BUILD_EXAMPLES=OFF
         run_tests "$here/build-sanitize"
+        run_thread_sanitized_tests
         ;;
     bench)
         install_dependencies
@@ -70,9 +82,7 @@ case "$command" in
         ;;
     tsan)
         install_dependencies
-        configure_and_build "$here/build-tsan" -DCMAKE_BUILD_TYPE=Debug \
-            -DKEZ_TSAN=ON -DKEZ_BUILD_BENCHMARKS=OFF -DKEZ_BUILD_EXAMPLES=OFF
-        ctest --test-dir "$here/build-tsan" -j "$jobs" --output-on-failure -L tsan
+        run_thread_sanitized_tests
         ;;
     *)
         sed -n '2,10p' "$0"
