@@ -209,15 +209,19 @@ KEZVISUALIZATION_EXPORT QDataStream &operator<<(QDataStream &stream, const KEZVi
  * stream's status is not examined: a short or corrupt stream is the caller's
  * to detect through QDataStream::status().
  *
- * The font is checked before QFont's own reader sees it, so that any bytes are
- * safe to read. Its list of families is read string by string, never by
- * reserving for the count it announces: a count beyond the data gives
- * QDataStream::ReadPastEnd. A value that no font can hold sets
- * QDataStream::ReadCorruptData: a point size that is neither -1 nor positive
- * and finite, a pixel size that is neither -1 nor positive, a weight outside
- * 1 to 1000, a stretch above 4000, a string of an odd number of bytes. A font
- * that fails leaves the font of \a options as it was; the depth test and the
- * priority are read after it all the same.
+ * The colour and the font are checked before Qt's own readers see them, so
+ * that any bytes are safe to read. The font's list of families is read string
+ * by string, never by reserving for the count it announces: a count beyond the
+ * data gives QDataStream::ReadPastEnd. A value that the type cannot hold sets
+ * QDataStream::ReadCorruptData: a colour spec outside QColor::Spec, a hue above
+ * 36000 hundredths of a degree (other than 65535, no hue) for HSV and HSL; a
+ * point size that is neither -1 nor positive and finite, a pixel size that is
+ * neither -1 nor positive, a weight outside 1 to 1000, a stretch above 4000, a
+ * string of an odd number of bytes, an empty list of families from stream
+ * version Qt_6_0 on. A colour or font that fails leaves that field of
+ * \a options as it was; the fields after it are read all the same. Each of the
+ * two is judged on its own bytes, as Qt's container readers judge theirs: a
+ * failure that the stream had before is set again afterwards.
  */
 KEZVISUALIZATION_EXPORT QDataStream &operator>>(QDataStream &stream, KEZVisOptions &options);
 

@@ -1,7 +1,7 @@
 #include "KEZVisOptions.h"
 #include "KEZVisOptions_p.h"
 
-#include "KEZVisFontStream_p.h"
+#include "KEZVisOptionsStream_p.h"
 
 #include <KEZSysColorHash.h>
 #include <KEZSysJsonConverters.h>
@@ -231,14 +231,14 @@ QDataStream &operator>>(QDataStream &stream, KEZVisOptions &options)
     qint32 lineStyle = 0;
     qint32 pointSymbol = 0;
     qint32 priority = 0;
-    stream >> data->color
-           >> lineStyle
+    // The colour and the font go through checked readers: Qt's own would trust
+    // the spec, counts and sizes inside them. A refused value stays as it was,
+    // and the stream's status says why; the fields after it are read all the same.
+    KEZVisOptionsStream::ReadColor(stream, data->color);
+    stream >> lineStyle
            >> data->lineThickness
            >> pointSymbol;
-    // The font goes through a checked reader: Qt's own would trust the counts
-    // and sizes inside it. A refused font stays as it was, and the stream's
-    // status says why; the last two fields are read all the same.
-    KEZVisFontStream::Read(stream, data->font);
+    KEZVisOptionsStream::ReadFont(stream, data->font);
     stream >> data->depthEnabled
            >> priority;
     data->lineStyle = static_cast<KEZVisOptions::LineStyle>(LowByte(lineStyle));

@@ -5,8 +5,11 @@
 
 #include <KEZVisOptions.h>
 
+#include <KEZSysColorHash.h>
+
 #include <QBuffer>
 #include <QByteArray>
+#include <QFile>
 #include <QColor>
 #include <QDataStream>
 #include <QFont>
@@ -66,9 +69,37 @@ QFont RichFont()
     return font;
 }
 
-// Offset of the font's bytes inside the stream form of options, default
-// settings: colour (11 bytes), line style (4), thickness (8), point symbol (4).
-constexpr int FontOffset = 27;
+// The stream form of a colour from version Qt_4_0 on, big-endian: its spec
+// as a signed byte, then alpha, three components and a fourth or padding.
+QByteArray ColourBytes(qint8 spec, quint16 alpha, quint16 first, quint16 second, quint16 third, quint16 fourth)
+{
+    QByteArray bytes(1, char(spec));
+    for (quint16 word : {alpha, first, second, third, fourth})
+        bytes.append(char(word >> 8)).append(char(word & 0xff));
+    return bytes;
+}
+
+// The stream form of options with the given colour bytes and the plain font.
+QByteArray OptionsWithColour(const QByteArray &colourBytes)
+{
+    QByteArray bytes = colourBytes;
+    bytes += Streamed(qint32(2));
+    bytes += Streamed(2.5);
+    bytes += Streamed(qint32(1));
+    bytes += Streamed(QFont(QStringLiteral("A"), 10));
+    bytes += Streamed(false);
+    bytes += Streamed(qint32(9));
+    return bytes;
+}
+
+// An input that fuzzing found, checked in with the fuzz regressions: the fuzz
+// target's own first byte of stream settings, then the stream.
+QByteArray FuzzRegression(const char *target, const char *name)
+{
+    QFile file(QStringLiteral(KEZ_FUZZ_REGRESSIONS_DIR "/%1/%2").arg(QLatin1String(target), QLatin1String(name)));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
+    return file.readAll();
+}
 
 // The stream form of options around the given bytes of a font, default settings.
 QByteArray OptionsAround(const QByteArray &fontBytes)
@@ -351,4 +382,124 @@ TEST(OptionsCorruptStream, EveryFlippedByteOfTheFontEndsWithAVerdictAndNoImpossi
             }
         }
     }
+}
+
+TEST(OptionsCorruptStream, ColourSpecOutsideTheEnumerationIsRefusedAsCorruptAndLeavesTheColour)
+{
+    for (qint8 spec : {qint8(6), qint8(95), qint8(-1), qint8(-128)}) {
+        const QByteArray bytes = OptionsWithColour(ColourBytes(spec, 0xffff, 1, 2, 3, 0));
+        QDataStream in(bytes);
+        KEZVisOptions read;
+        read.SetColor(QColor(Qt::green));
+        in >> read;
+        EXPECT_EQ(in.status(), QDataStream::ReadCorruptData) << int(spec);
+        EXPECT_EQ(read.GetColor(), QColor(Qt::green)) << int(spec);
+        // The fields after the colour are read all the same.
+        EXPECT_EQ(read.GetPriority(), 9) << int(spec);
+    }
+}
+
+TEST(OptionsCorruptStream, HueAboveAFullTurnIsRefusedForHsvAndHsl)
+{
+    for (qint8 spec : {qint8(QColor::Hsv), qint8(QColor::Hsl)}) {
+        const QByteArray bytes = OptionsWithColour(ColourBytes(spec, 0xffff, 36001, 100, 100, 0));
+        QDataStream in(bytes);
+        KEZVisOptions read;
+        in >> read;
+        EXPECT_EQ(in.status(), QDataStream::ReadCorruptData) << int(spec);
+    }
+}
+
+TEST(OptionsCorruptStream, FullTurnAndNoHueAreAcceptedForHsv)
+{
+    for (quint16 hue : {quint16(36000), quint16(0xffff)}) {
+        const QByteArray bytes = OptionsWithColour(ColourBytes(qint8(QColor::Hsv), 0xffff, hue, 0, 0x8000, 0));
+        QDataStream in(bytes);
+        KEZVisOptions read;
+        in >> read;
+        EXPECT_EQ(in.status(), QDataStream::Ok) << hue;
+        EXPECT_EQ(read.GetColor().spec(), QColor::Hsv) << hue;
+    }
+}
+
+TEST(OptionsCorruptStream, ColourOfEverySpecComesBackAsWritten)
+{
+    const QColor colours[] = {QColor(), QColor(10, 20, 30, 40), QColor::fromHsv(200, 100, 50, 25),
+                              QColor::fromCmyk(1, 2, 3, 4, 5), QColor::fromHsl(300, 40, 60),
+                              QColor::fromRgbF(1.5f, -0.25f, 0.5f).toExtendedRgb(), QColor::fromHsv(-1, 0, 90)};
+    for (const QColor &colour : colours) {
+        KEZVisOptions written;
+        written.SetColor(colour);
+        const QByteArray bytes = Streamed(written);
+        QDataStream in(bytes);
+        KEZVisOptions read;
+        in >> read;
+        EXPECT_EQ(in.status(), QDataStream::Ok) << colour.spec();
+        EXPECT_EQ(read.GetColor(), colour) << colour.spec();
+        EXPECT_TRUE(in.atEnd());
+    }
+}
+
+TEST(OptionsCorruptStream, ColourOfAnOldVersionIsAnyWord)
+{
+    StreamSettings settings;
+    settings.version = QDataStream::Qt_3_3;
+    KEZVisOptions written;
+    written.SetColor(QColor(1, 2, 3, 4));
+    const QByteArray bytes = Streamed(written, settings);
+    QDataStream in(bytes);
+    Apply(in, settings);
+    KEZVisOptions read;
+    in >> read;
+    EXPECT_EQ(in.status(), QDataStream::Ok);
+    EXPECT_TRUE(in.atEnd());
+    EXPECT_EQ(read.GetColor().rgb(), QColor(1, 2, 3).rgb());
+}
+
+TEST(OptionsCorruptStream, FontWithAnEmptyListOfFamiliesIsRefusedAsCorrupt)
+{
+    // The list of the plain font "A" is its count 1 and the string "A"; a list
+    // of none would leave a font without any family, which Qt cannot write.
+    QByteArray font = PlainFontBytes();
+    ASSERT_EQ(font.right(10).toHex(), QByteArray("00000001000000020041"));
+    font.chop(10);
+    font += Streamed(quint32(0));
+    const QByteArray bytes = OptionsAround(font);
+    QDataStream in(bytes);
+    KEZVisOptions read;
+    in >> read;
+    EXPECT_EQ(in.status(), QDataStream::ReadCorruptData);
+    EXPECT_EQ(read.GetFont(), QFont());
+}
+
+TEST(OptionsCorruptStream, EmptyListOfExtraFamiliesBeforeQt6IsAccepted)
+{
+    // Before Qt_6_0 the list holds the families after the first, none for a
+    // font of one family.
+    StreamSettings settings;
+    settings.version = QDataStream::Qt_5_15;
+    KEZVisOptions written;
+    written.SetFont(QFont(QStringLiteral("A"), 10));
+    const QByteArray bytes = Streamed(written, settings);
+    QDataStream in(bytes);
+    Apply(in, settings);
+    KEZVisOptions read;
+    in >> read;
+    EXPECT_EQ(in.status(), QDataStream::Ok);
+    EXPECT_EQ(read.GetFont().family(), QStringLiteral("A"));
+}
+
+TEST(OptionsCorruptStream, FuzzFoundColourSpec95IsRefusedAndTheOptionsAreSafeToHash)
+{
+    // Found by OptionsStreamFuzzer: Qt's reader stored the spec byte 95, and
+    // hashing the options then loaded an enumeration value that does not exist.
+    const QByteArray input = FuzzRegression("OptionsStreamFuzzer", "colour-spec-95");
+    ASSERT_EQ(input.left(2).toHex(), QByteArray("005f"));
+    QDataStream in(input.mid(1));
+    KEZVisOptions read;
+    in >> read;
+    EXPECT_EQ(in.status(), QDataStream::ReadCorruptData);
+    EXPECT_FALSE(read.GetColor().isValid());
+    // The colour is left as it was, the invalid colour, and hashes as one.
+    EXPECT_EQ(qHash(read.GetColor()), qHash(QColor()));
 }

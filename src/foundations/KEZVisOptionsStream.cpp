@@ -1,6 +1,7 @@
-#include "KEZVisFontStream_p.h"
+#include "KEZVisOptionsStream_p.h"
 
 #include <QByteArray>
+#include <QColor>
 #include <QDataStream>
 #include <QFont>
 #include <QIODevice>
@@ -12,16 +13,16 @@
 // The walk below knows the stream form of a font as Qt up to 6.5 writes it.
 // Later versions append fields of their own, which the walk must learn first.
 static_assert(QT_VERSION < QT_VERSION_CHECK(6, 6, 0),
-              "KEZVisFontStream walks the font stream form of Qt 6.0 to 6.5; teach it the newer fields");
+              "the font walk knows the stream form of Qt 6.0 to 6.5; teach it the newer fields");
 
 namespace {
 
-// Copies the font's fields from the caller's stream to a buffer of the same
-// settings, checking each one, and keeps the first verdict.
-class FontWalk
+// Copies fields from the caller's stream to a buffer of the same settings,
+// checking each one, and keeps the first verdict.
+class FieldWalk
 {
 public:
-    FontWalk(QDataStream &in, QByteArray &buffer)
+    FieldWalk(QDataStream &in, QByteArray &buffer)
         : m_in(in)
         , m_out(&buffer, QIODevice::WriteOnly)
     {
@@ -57,12 +58,17 @@ public:
 
     // A font's list of families, string by string. The count is not trusted
     // for any reservation: a count beyond the data ends at the data's end.
+    // From version Qt_6_0 on the list replaces the font's families, and a font
+    // without any cannot even be written again (Qt's writer takes the first):
+    // an empty list there is corrupt.
     bool CopyFamilies()
     {
         quint32 count = 0;
         m_in >> count;
         if (m_in.status() != QDataStream::Ok)
             return false;
+        if (count == 0 && m_in.version() >= QDataStream::Qt_6_0)
+            return Corrupt();
         QStringList families;
         for (quint32 i = 0; i < count; ++i) {
             QString family;
@@ -96,7 +102,7 @@ bool IsPixelSize(qint32 size)
 
 // The fields of a font in the order and widths in which QFont writes them for
 // the stream's version.
-bool WalkFont(FontWalk &walk)
+bool WalkFont(FieldWalk &walk)
 {
     const int version = walk.Version();
 
@@ -183,16 +189,38 @@ bool WalkFont(FontWalk &walk)
     return true;
 }
 
-} // namespace
-
-namespace KEZVisFontStream {
-
-bool Read(QDataStream &stream, QFont &font)
+// The fields of a colour from stream version Qt_4_0 on: its spec as a signed
+// byte, then five 16-bit words whose meaning depends on the spec (alpha and
+// three components, then padding or a fourth component).
+bool WalkColor(FieldWalk &walk)
 {
-    // The font is judged on its own bytes, as Qt's container readers judge
-    // their contents; an earlier failure is set again afterwards. Inside a
-    // device transaction the status stays, so that a failed transaction reads
-    // nothing more.
+    qint8 spec = 0;
+    quint16 alpha = 0;
+    quint16 first = 0;
+    if (!walk.Copy(spec) || !walk.Copy(alpha) || !walk.Copy(first))
+        return false;
+    if (!walk.Skip<quint16>() || !walk.Skip<quint16>() || !walk.Skip<quint16>())
+        return false;
+    if (spec < QColor::Invalid || spec > QColor::ExtendedRgb)
+        return walk.Corrupt();
+    // The first component of these two is the hue in hundredths of a degree,
+    // or 65535 for a colour without hue.
+    if ((spec == QColor::Hsv || spec == QColor::Hsl) && first > 36000 && first != 0xffff)
+        return walk.Corrupt();
+    return true;
+}
+
+/*
+    Reads one value of type T through walk(): the value is judged on its own
+    bytes, as Qt's container readers judge their contents, and an earlier
+    failure is set again afterwards. Inside a device transaction the status
+    stays, so that a failed transaction reads nothing more. Qt's reader must
+    then take exactly the bytes that the walk copied; any disagreement is data
+    that these readers do not understand, and counts as corrupt.
+*/
+template <typename T, typename Walk>
+bool ReadChecked(QDataStream &stream, T &value, Walk walk)
+{
     const QDataStream::Status previous = stream.status();
     if (!stream.isDeviceTransactionStarted())
         stream.resetStatus();
@@ -200,20 +228,18 @@ bool Read(QDataStream &stream, QFont &font)
     QByteArray buffer;
     bool read = false;
     {
-        FontWalk walk(stream, buffer);
-        read = WalkFont(walk);
+        FieldWalk fields(stream, buffer);
+        read = walk(fields);
     }
     if (read) {
         QDataStream checked(buffer);
         checked.setVersion(stream.version());
         checked.setByteOrder(stream.byteOrder());
         checked.setFloatingPointPrecision(stream.floatingPointPrecision());
-        QFont candidate;
+        T candidate;
         checked >> candidate;
-        // Qt's reader must take exactly the bytes that the walk found; any
-        // disagreement is data that this reader does not understand.
         if (checked.status() == QDataStream::Ok && checked.atEnd()) {
-            font = candidate;
+            value = candidate;
         } else {
             stream.setStatus(QDataStream::ReadCorruptData);
             read = false;
@@ -227,4 +253,22 @@ bool Read(QDataStream &stream, QFont &font)
     return read;
 }
 
-} // namespace KEZVisFontStream
+} // namespace
+
+namespace KEZVisOptionsStream {
+
+bool ReadColor(QDataStream &stream, QColor &color)
+{
+    if (stream.version() < QDataStream::Qt_4_0) {
+        // A plain RGBA word: every value is a colour.
+        return ReadChecked(stream, color, [](FieldWalk &walk) { return walk.Skip<quint32>(); });
+    }
+    return ReadChecked(stream, color, WalkColor);
+}
+
+bool ReadFont(QDataStream &stream, QFont &font)
+{
+    return ReadChecked(stream, font, WalkFont);
+}
+
+} // namespace KEZVisOptionsStream
