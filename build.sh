@@ -5,10 +5,14 @@
 #   ./build.sh build    configure and build into build/
 #   ./build.sh test     deps, build, the whole test suite, then the whole suite
 #                       again under AddressSanitizer and UndefinedBehaviorSanitizer,
-#                       then the tests labelled "threads" under ThreadSanitizer
+#                       then the tests labelled "threads" under ThreadSanitizer,
+#                       then each fuzz target for 30 s
 #   ./build.sh bench    deps, a Release build into build-release/, every benchmark
 #   ./build.sh tsan     deps, a ThreadSanitizer build into build-tsan/ of the tests
 #                       labelled "threads", and those tests
+#   ./build.sh fuzz [SECONDS]
+#                       deps, the fuzz targets with libFuzzer (clang 14) into
+#                       build-fuzz/, then each target for SECONDS (default 60)
 set -euo pipefail
 
 here="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
@@ -19,6 +23,7 @@ packages=(
     qt6-base-dev qt6-svg-dev libgl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     libcgal-dev
+    clang-14 libclang-rt-14-dev
 )
 
 install_dependencies() {
@@ -55,6 +60,47 @@ run_thread_sanitized_tests() {
     ctest --test-dir "$here/build-tsan" -j "$jobs" --output-on-failure --timeout 600 -L threads
 }
 
+# The fuzz targets: a build with clang 14's libFuzzer, AddressSanitizer and
+# UndefinedBehaviorSanitizer, then each target for the given seconds on its
+# checked-in seeds and the inputs that failed before (tests/fuzz-regressions),
+# with a timeout of 10 s per input and 2 GB of memory. New inputs collect in
+# build-fuzz/corpus/, failing ones in build-fuzz/artifacts/. A summary of
+# executions per second and coverage follows; any failure fails the command.
+run_fuzzers() {
+    local seconds="$1"
+    local dir="$here/build-fuzz"
+    cmake -S "$here" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+        -DCMAKE_CXX_COMPILER=clang++-14 -DKEZ_FUZZ=ON -DBUILD_TESTING=OFF \
+        -DKEZ_BUILD_BENCHMARKS=OFF -DKEZ_BUILD_EXAMPLES=OFF
+    cmake --build "$dir" -j "$jobs" --target KEZFuzzers
+    local failed=() summary=()
+    for fuzzer in "$dir"/fuzz/*Fuzzer; do
+        [ -x "$fuzzer" ] || continue
+        local name
+        name="$(basename "$fuzzer")"
+        local corpus="$dir/corpus/$name" artifacts="$dir/artifacts/$name" log="$dir/logs/$name.log"
+        mkdir -p "$corpus" "$artifacts" "$dir/logs"
+        local inputs=("$corpus" "$here/fuzz/corpus/$name")
+        [ -d "$here/tests/fuzz-regressions/$name" ] && inputs+=("$here/tests/fuzz-regressions/$name")
+        echo "== $name: ${seconds} s"
+        if ! "$fuzzer" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -malloc_limit_mb=2048 \
+                -print_final_stats=1 -artifact_prefix="$artifacts/" "${inputs[@]}" >"$log" 2>&1; then
+            failed+=("$name")
+            tail -n 60 "$log"
+        fi
+        local last execs
+        last="$(grep -E '^#[0-9]+' "$log" | grep 'cov:' | tail -n 1 || true)"
+        execs="$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log")"
+        summary+=("$(printf '%-22s %8s exec/s  %s' "$name" "${execs:-?}" \
+            "$(echo "$last" | grep -oE 'cov: [0-9]+ ft: [0-9]+ corp: [0-9]+/[0-9a-zA-Z]+' || true)")")
+    done
+    printf '%s\n' "${summary[@]}"
+    if [ ${#failed[@]} -gt 0 ]; then
+        echo "Fuzzing failed in: ${failed[*]} (inputs in $dir/artifacts/, logs in $dir/logs/)"
+        return 1
+    fi
+}
+
 command="${1:-build}"
 case "$command" in
     deps)
@@ -72,6 +118,7 @@ case "$command" in
             -DKEZ_SANITIZE=ON -DKEZ_BUILD_BENCHMARKS=OFF -DKEZ_BUILD_EXAMPLES=OFF
         run_tests "$here/build-sanitize"
         run_thread_sanitized_tests
+        run_fuzzers 30
         ;;
     bench)
         install_dependencies
@@ -84,8 +131,12 @@ case "$command" in
         install_dependencies
         run_thread_sanitized_tests
         ;;
+    fuzz)
+        install_dependencies
+        run_fuzzers "${2:-60}"
+        ;;
     *)
-        sed -n '2,10p' "$0"
+        sed -n '2,16p' "$0"
         exit 2
         ;;
 esac
