@@ -73,28 +73,42 @@ run_fuzzers() {
         -DCMAKE_CXX_COMPILER=clang++-14 -DKEZ_FUZZ=ON -DBUILD_TESTING=OFF \
         -DKEZ_BUILD_BENCHMARKS=OFF -DKEZ_BUILD_EXAMPLES=OFF
     cmake --build "$dir" -j "$jobs" --target KEZFuzzers
-    local failed=() summary=()
+    mkdir -p "$dir/logs"
+    # As many targets at once as there are jobs; each runs on one core.
+    local names=() pids=()
     for fuzzer in "$dir"/fuzz/*Fuzzer; do
         [ -x "$fuzzer" ] || continue
         local name
         name="$(basename "$fuzzer")"
-        local corpus="$dir/corpus/$name" artifacts="$dir/artifacts/$name" log="$dir/logs/$name.log"
-        mkdir -p "$corpus" "$artifacts" "$dir/logs"
+        local corpus="$dir/corpus/$name" artifacts="$dir/artifacts/$name"
+        mkdir -p "$corpus" "$artifacts"
         local inputs=("$corpus" "$here/fuzz/corpus/$name")
         [ -d "$here/tests/fuzz-regressions/$name" ] && inputs+=("$here/tests/fuzz-regressions/$name")
+        while [ "$(jobs -rp | wc -l)" -ge "$jobs" ]; do
+            sleep 1
+        done
         echo "== $name: ${seconds} s"
-        if ! "$fuzzer" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -malloc_limit_mb=2048 \
-                -print_final_stats=1 -artifact_prefix="$artifacts/" "${inputs[@]}" >"$log" 2>&1; then
+        "$fuzzer" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -malloc_limit_mb=2048 \
+            -print_final_stats=1 -artifact_prefix="$artifacts/" "${inputs[@]}" >"$dir/logs/$name.log" 2>&1 &
+        names+=("$name")
+        pids+=($!)
+    done
+    local failed=() i
+    for i in "${!pids[@]}"; do
+        local name="${names[$i]}" log="$dir/logs/${names[$i]}.log"
+        if ! wait "${pids[$i]}"; then
             failed+=("$name")
+            echo "== $name failed:"
             tail -n 60 "$log"
         fi
-        local last execs
+    done
+    for name in "${names[@]}"; do
+        local log="$dir/logs/$name.log" last execs
         last="$(grep -E '^#[0-9]+' "$log" | grep 'cov:' | tail -n 1 || true)"
         execs="$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log")"
-        summary+=("$(printf '%-22s %8s exec/s  %s' "$name" "${execs:-?}" \
-            "$(echo "$last" | grep -oE 'cov: [0-9]+ ft: [0-9]+ corp: [0-9]+/[0-9a-zA-Z]+' || true)")")
+        printf '%-22s %8s exec/s  %s\n' "$name" "${execs:-?}" \
+            "$(echo "$last" | grep -oE 'cov: [0-9]+ ft: [0-9]+ corp: [0-9]+/[0-9a-zA-Z]+' || true)"
     done
-    printf '%s\n' "${summary[@]}"
     if [ ${#failed[@]} -gt 0 ]; then
         echo "Fuzzing failed in: ${failed[*]} (inputs in $dir/artifacts/, logs in $dir/logs/)"
         return 1
