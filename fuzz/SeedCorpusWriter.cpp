@@ -1,6 +1,7 @@
 // Writes the seed corpus of the fuzz targets: small valid inputs of each, in
 // the input layout that the target's own file describes. The files are checked
-// in under fuzz/corpus/; run this again after a change of a stream form:
+// in under fuzz/corpus/; build and run this again after a change of a stream
+// form (the fuzz build's target SeedCorpusWriter):
 //
 //   SeedCorpusWriter <folder>     writes <folder>/<Target>/<name> for every target
 
