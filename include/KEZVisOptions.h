@@ -213,7 +213,7 @@ KEZVISUALIZATION_EXPORT QDataStream &operator<<(QDataStream &stream, const KEZVi
  * that any bytes are safe to read. The font's list of families is read string
  * by string, never by reserving for the count it announces: a count beyond the
  * data gives QDataStream::ReadPastEnd. A value that the type cannot hold sets
- * QDataStream::ReadCorruptData: a colour spec outside QColor::Spec, a hue above
+ * QDataStream::ReadCorruptData: a colour model that QColor does not know, a hue above
  * 36000 hundredths of a degree (other than 65535, no hue) for HSV and HSL; a
  * point size that is neither -1 nor positive and finite, a pixel size that is
  * neither -1 nor positive, a weight outside 1 to 1000, a stretch above 4000, a

@@ -232,7 +232,7 @@ QDataStream &operator>>(QDataStream &stream, KEZVisOptions &options)
     qint32 pointSymbol = 0;
     qint32 priority = 0;
     // The colour and the font go through checked readers: Qt's own would trust
-    // the spec, counts and sizes inside them. A refused value stays as it was,
+    // the colour model, counts and sizes inside them. A refused value stays as it was,
     // and the stream's status says why; the fields after it are read all the same.
     KEZVisOptionsStream::ReadColor(stream, data->color);
     stream >> lineStyle

@@ -189,23 +189,23 @@ bool WalkFont(FieldWalk &walk)
     return true;
 }
 
-// The fields of a colour from stream version Qt_4_0 on: its spec as a signed
-// byte, then five 16-bit words whose meaning depends on the spec (alpha and
+// The fields of a colour from stream version Qt_4_0 on: its colour model as a
+// signed byte, then five 16-bit words whose meaning depends on the model (alpha and
 // three components, then padding or a fourth component).
 bool WalkColor(FieldWalk &walk)
 {
-    qint8 spec = 0;
+    qint8 model = 0;
     quint16 alpha = 0;
     quint16 first = 0;
-    if (!walk.Copy(spec) || !walk.Copy(alpha) || !walk.Copy(first))
+    if (!walk.Copy(model) || !walk.Copy(alpha) || !walk.Copy(first))
         return false;
     if (!walk.Skip<quint16>() || !walk.Skip<quint16>() || !walk.Skip<quint16>())
         return false;
-    if (spec < QColor::Invalid || spec > QColor::ExtendedRgb)
+    if (model < QColor::Invalid || model > QColor::ExtendedRgb)
         return walk.Corrupt();
     // The first component of these two is the hue in hundredths of a degree,
     // or 65535 for a colour without hue.
-    if ((spec == QColor::Hsv || spec == QColor::Hsl) && first > 36000 && first != 0xffff)
+    if ((model == QColor::Hsv || model == QColor::Hsl) && first > 36000 && first != 0xffff)
         return walk.Corrupt();
     return true;
 }

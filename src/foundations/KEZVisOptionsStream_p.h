@@ -5,7 +5,7 @@
 // KEZVisOptions. Never installed.
 //
 // Qt's own readers trust what they read. The colour reader stores whatever
-// byte it finds as the colour's spec, and code that later asks the colour
+// byte it finds as the colour's model, and code that later asks the colour
 // anything (isValid(), a conversion, a hash) then works on an enumeration
 // value that does not exist. From stream version Qt_5_13 on a font ends with
 // a list of families whose reader reserves room for as many strings as its
@@ -34,9 +34,9 @@ QT_END_NAMESPACE
 
 namespace KEZVisOptionsStream {
 
-// Reads one colour as `stream >> color` would. Corrupt: a spec outside
-// QColor::Spec, a hue above 36000 (other than the 65535 of an achromatic
-// colour) for the HSV and HSL specs. Streams of versions before Qt_4_0 hold a
+// Reads one colour as `stream >> color` would. Corrupt: a colour model that
+// QColor does not know, a hue above 36000 (other than the 65535 of an
+// achromatic colour) for the HSV and HSL models. Streams of versions before Qt_4_0 hold a
 // plain RGBA word, which is any colour.
 bool ReadColor(QDataStream &stream, QColor &color);
 
