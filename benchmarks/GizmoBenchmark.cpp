@@ -25,12 +25,18 @@ class CountingClient : public KEZVisClient
 {
 public:
     long long calls = 0;
+    long long repChanges = 0; // objects told that their rep, their geometry, changed
 
 protected:
     void OnEnvironmentChanged(KEZVisEnvironment *) override { ++calls; }
     void OnObjectAdded(KEZVisObject *) override { ++calls; }
     void OnObjectRemoved(KEZVisObject *) override { ++calls; }
-    void OnObjectChanged(KEZVisObject *, KEZVisObject::ChangeTypes) override { ++calls; }
+    void OnObjectChanged(KEZVisObject *, KEZVisObject::ChangeTypes types) override
+    {
+        ++calls;
+        if (types.testFlag(KEZVisObject::RepChange))
+            ++repChanges;
+    }
     void OnClientChangeRequested(const KEZVisClientChangeRequest &) override { ++calls; }
 };
 
@@ -87,6 +93,7 @@ void BM_GizmoDragStep(benchmark::State &state)
     long long emitted = 0;
     QObject::connect(scene.gizmo.get(), &KEZVisGizmo::PositionChanged, [&emitted]() { ++emitted; });
     const long long callsBefore = scene.client->calls;
+    const long long repChangesBefore = scene.client->repChanges;
     int step = 0;
     for (auto _ : state) {
         scene.Send(KEZVisMouseEvent::MouseMoved, nullptr, KEZMathPoint(3 + (step++ & 1), 0, 0));
@@ -95,6 +102,10 @@ void BM_GizmoDragStep(benchmark::State &state)
     state.counters["signals"] = benchmark::Counter(double(emitted), benchmark::Counter::kAvgIterations);
     state.counters["clientCalls"] =
         benchmark::Counter(double(scene.client->calls - callsBefore), benchmark::Counter::kAvgIterations);
+    // A later step only moves what is there: no object gets new geometry.
+    state.counters["repChanges"] = double(scene.client->repChanges - repChangesBefore);
+    if (scene.client->repChanges != repChangesBefore)
+        state.SkipWithError("a drag step after the first rebuilt geometry");
     scene.Send(KEZVisMouseEvent::MouseReleased, nullptr, KEZMathPoint());
 }
 

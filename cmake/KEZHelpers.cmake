@@ -35,17 +35,30 @@ function(kez_add_family_library name)
         DESTINATION ${KEZ_INSTALL_INCLUDEDIR})
 endfunction()
 
-# kez_add_gtest(<Name> SOURCES ... [LINK ...])
+# kez_add_gtest(<Name> SOURCES ... [LINK ...] [LABELS ...])
 #
 # A GoogleTest executable with the project's test main (a QGuiApplication on
-# the offscreen platform), registered with CTest test by test.
+# the offscreen platform), registered with CTest test by test. LABELS become
+# CTest labels of every test; executables labelled "threads" also join the
+# target KEZThreadTests, which the ThreadSanitizer build (./build.sh tsan)
+# builds and runs alone.
 function(kez_add_gtest name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK;LABELS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE KEZTestMain ${ARG_LINK})
+    set(labels "")
+    if(ARG_LABELS)
+        set(labels LABELS "${ARG_LABELS}")
+    endif()
+    # Discovered tests take their properties as one flat list, which splits a
+    # list-valued ENVIRONMENT into bogus properties; so only the platform goes
+    # here, and the sanitizers' options are compiled into the test main.
     gtest_discover_tests(${name}
         DISCOVERY_TIMEOUT 120
-        PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${KEZ_TEST_ENVIRONMENT}")
+        PROPERTIES ${labels} ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+    if("threads" IN_LIST ARG_LABELS)
+        set_property(GLOBAL APPEND PROPERTY KEZ_THREAD_TESTS ${name})
+    endif()
 endfunction()
 
 # kez_add_benchmark(<Name> SOURCES ... [LINK ...])

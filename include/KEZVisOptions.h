@@ -216,9 +216,21 @@ KEZVISUALIZATION_EXPORT QDataStream &operator<<(QDataStream &stream, const KEZVi
  * \a options after detaching it; the line style and point symbol keep the low
  * byte of their qint32. The fixed-perspective flag stays as it was. The
  * stream's status is not examined: a short or corrupt stream is the caller's
- * to detect through QDataStream::status(). The font is read by QFont's own
- * stream operator, which trusts the counts it finds; read options only from
- * streams that this library or a trusted writer produced.
+ * to detect through QDataStream::status().
+ *
+ * The colour and the font are checked before Qt's own readers see them, so
+ * that any bytes are safe to read. The font's list of families is read string
+ * by string, never by reserving for the count it announces: a count beyond the
+ * data gives QDataStream::ReadPastEnd. A value that the type cannot hold sets
+ * QDataStream::ReadCorruptData: a colour model that QColor does not know, a hue above
+ * 36000 hundredths of a degree (other than 65535, no hue) for HSV and HSL; a
+ * point size that is neither -1 nor positive and finite, a pixel size that is
+ * neither -1 nor positive, a weight outside 1 to 1000, a stretch above 4000, a
+ * string of an odd number of bytes, an empty list of families from stream
+ * version Qt_6_0 on. A colour or font that fails leaves that field of
+ * \a options as it was; the fields after it are read all the same. Each of the
+ * two is judged on its own bytes, as Qt's container readers judge theirs: a
+ * failure that the stream had before is set again afterwards.
  */
 KEZVISUALIZATION_EXPORT QDataStream &operator>>(QDataStream &stream, KEZVisOptions &options);
 

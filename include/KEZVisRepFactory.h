@@ -307,6 +307,12 @@ public:
      * as they are reachable from the outline's first edge, are the result,
      * possibly none.
      *
+     * The triangulator works on the points scaled by a power of two into a
+     * unit box. Where the extent in one direction dwarfs the other so much
+     * that the scaled coordinates round to a line, or two distinct points
+     * round to one (extents more than about 2^1000 apart), it makes no
+     * triangles, and the surface holds the vertices only.
+     *
      * The triangles are counter-clockwise seen from +z; the surface works out
      * the normals by its own rule. The caller owns the result. Null also
      * comes back where the counts could not be numbered by an int. Holds no

@@ -1,6 +1,8 @@
 #include "KEZVisOptions.h"
 #include "KEZVisOptions_p.h"
 
+#include "KEZVisOptionsStream_p.h"
+
 #include <KEZSysColorHash.h>
 #include <KEZSysJsonConverters.h>
 
@@ -229,12 +231,15 @@ QDataStream &operator>>(QDataStream &stream, KEZVisOptions &options)
     qint32 lineStyle = 0;
     qint32 pointSymbol = 0;
     qint32 priority = 0;
-    stream >> data->color
-           >> lineStyle
+    // The colour and the font go through checked readers: Qt's own would trust
+    // the colour model, counts and sizes inside them. A refused value stays as it was,
+    // and the stream's status says why; the fields after it are read all the same.
+    KEZVisOptionsStream::ReadColor(stream, data->color);
+    stream >> lineStyle
            >> data->lineThickness
-           >> pointSymbol
-           >> data->font
-           >> data->depthEnabled
+           >> pointSymbol;
+    KEZVisOptionsStream::ReadFont(stream, data->font);
+    stream >> data->depthEnabled
            >> priority;
     data->lineStyle = static_cast<KEZVisOptions::LineStyle>(LowByte(lineStyle));
     data->pointSymbol = static_cast<KEZVisOptions::PointSymbol>(LowByte(pointSymbol));

@@ -1,8 +1,6 @@
 #include "KEZVisRepGraphics.h"
 #include "KEZVisRepGraphics_p.h"
 
-#include "KEZVisOptionsLookahead_p.h"
-
 #include "KEZVisPolylinePrimitive.h"
 #include "KEZVisPrimitive.h"
 #include "KEZVisSurfacePrimitive.h"
@@ -33,14 +31,6 @@ void readOptions(QDataStream &stream, QList<KEZVisOptions> &options)
     } else {
         options.reserve(qMin(count, OptionsReserveLimit));
         for (qint32 i = 0; i < count; ++i) {
-            // A font that announces more families than the data could hold
-            // would make Qt's reader reserve for them all: the stream cannot
-            // hold such an entry, so reading stops here as at its end.
-            if (!KEZVisOptionsLookahead::FontFamiliesFit(stream)) {
-                stream.setStatus(QDataStream::ReadPastEnd);
-                options.clear();
-                break;
-            }
             KEZVisOptions entry;
             stream >> entry;
             if (stream.status() != QDataStream::Ok) {

@@ -210,6 +210,30 @@ void KEZVisEnvironmentPrivate::ObjectDestroyed(const KEZVisEnvironment *environm
     emit q->ObjectRemoved(object);
 }
 
+void KEZVisEnvironmentPrivate::HeldObjectDestroyed(const KEZVisEnvironment *environment, KEZVisObject *object)
+{
+    auto *q = const_cast<KEZVisEnvironment *>(environment);
+    KEZVisEnvironmentPrivate *d = q->d_ptr;
+    if (!d)
+        return;  // the environment is being destroyed
+    // During a commit's callouts the set leaves the object at once, as for an
+    // object of this environment; otherwise earlier notes go first.
+    removeIfPresent(d->committingSelection ? d->selection : d->Selection(), object);
+    removeIfPresent(d->preselection, object);
+    removeIfPresent(d->pendingAdditions, object);
+    removeIfPresent(d->pendingRemovals, object);
+    ++d->pendingShrinks;
+}
+
+void KEZVisEnvironmentPrivate::NoteHolding(KEZVisObject *object)
+{
+    if (!object)
+        return;
+    KEZVisObjectPrivate *od = KEZVisObjectPrivate::get(object);
+    if (od->environmentListSerial != objects.Serial() || od->dying)
+        od->NoteHeldBy(q_ptr);
+}
+
 QSet<KEZVisObject *> &KEZVisEnvironmentPrivate::Selection()
 {
     TakeDeadOutOfSelection();
@@ -767,6 +791,10 @@ void KEZVisEnvironment::EndSelection()
         quint64 shrinks = d->pendingShrinks;
         const std::vector<KEZVisObject *> additions = inAddressOrder(d->pendingAdditions);
         const size_t additionCount = additions.size();
+        // Before the first callout: an object that a listener destroys must
+        // find this environment noted if it is not its own.
+        for (KEZVisObject *object : additions)
+            d->NoteHolding(object);
         for (size_t i = 0; i < additionCount; ++i) {
             prefetchObjectsAhead(additions, i, deaths);
             KEZVisObject *object = additions[i];
@@ -833,23 +861,29 @@ void KEZVisEnvironment::EndSelection()
 void KEZVisEnvironment::AddSelectedVisualization(KEZVisObject *object)
 {
     Q_D(KEZVisEnvironment);
-    if (object)
+    if (object) {
+        d->NoteHolding(object);
         d->pendingAdditions.insert(object);
+    }
 }
 
 void KEZVisEnvironment::RemoveSelectedVisualization(KEZVisObject *object)
 {
     Q_D(KEZVisEnvironment);
-    if (object)
+    if (object) {
+        d->NoteHolding(object);
         d->pendingRemovals.insert(object);
+    }
 }
 
 void KEZVisEnvironment::SetSelectedVisualization(const QSet<KEZVisObject *> &objects)
 {
     Q_D(KEZVisEnvironment);
     for (KEZVisObject *object : objects) {
-        if (object && !d->Selection().contains(object))
+        if (object && !d->Selection().contains(object)) {
+            d->NoteHolding(object);
             d->pendingAdditions.insert(object);
+        }
     }
     for (KEZVisObject *object : std::as_const(d->Selection())) {
         if (!objects.contains(object))
@@ -863,6 +897,9 @@ void KEZVisEnvironment::SetPreselectedVisualization(const QSet<KEZVisObject *> &
     QSet<KEZVisObject *> incoming = objects;
     if (incoming.contains(nullptr))
         incoming.remove(nullptr);
+    // Before the first callout, so that the death of any of them reaches here.
+    for (KEZVisObject *object : std::as_const(incoming))
+        d->NoteHolding(object);
 
     const QSet<KEZVisObject *> previous = d->preselection;
     for (KEZVisObject *object : previous) {

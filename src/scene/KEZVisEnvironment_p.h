@@ -40,6 +40,23 @@ public:
     */
     static void ObjectDestroyed(const KEZVisEnvironment *environment, KEZVisObject *object);
 
+    /*
+        The death of an object that \a environment noted as held in its sets
+        although the object doesn't name it (or was dying when it joined): the
+        object leaves the selection, preselection, pending additions and pending
+        removals, silently. Nothing happens once the environment's private
+        object is gone.
+    */
+    static void HeldObjectDestroyed(const KEZVisEnvironment *environment, KEZVisObject *object);
+
+    /*
+        Called before \a object enters the selection (through the pending
+        additions), the preselection or a pending set: an object of another
+        environment, without one, or dying, notes this environment so that its
+        death reaches this environment too. Null is ignored.
+    */
+    void NoteHolding(KEZVisObject *object);
+
     //! The serial of the object list of \a environment; 0 for null or a dying environment.
     static quint64 ListSerialOf(const KEZVisEnvironment *environment);
 

@@ -6,6 +6,7 @@
 #include "KEZVisSceneMetaTypes_p.h"
 
 #include <atomic>
+#include <utility>
 
 namespace {
 
@@ -30,6 +31,20 @@ KEZVisObjectPrivate::KEZVisObjectPrivate(KEZVisObject *q, const KEZVisEnvironmen
 KEZVisObjectPrivate::~KEZVisObjectPrivate()
 {
     delete rep;
+}
+
+void KEZVisObjectPrivate::NoteHeldBy(const KEZVisEnvironment *environment)
+{
+    for (qsizetype i = 0; i < otherHolders.size();) {
+        const KEZVisEnvironment *holder = otherHolders.at(i).data();
+        if (holder == environment)
+            return;
+        if (!holder)
+            otherHolders.removeAt(i);
+        else
+            ++i;
+    }
+    otherHolders.append(environment);
 }
 
 void KEZVisObjectPrivate::SetSelectionState(KEZVisObject::SelectionState state)
@@ -61,6 +76,16 @@ KEZVisObject::~KEZVisObject()
     // the rep) is still there for listeners of ObjectRemoved.
     if (const KEZVisEnvironment *environment = d_ptr->environment.data())
         KEZVisEnvironmentPrivate::ObjectDestroyed(environment, this);
+    // Other environments that may hold the object in a selection, preselection
+    // or pending set let go of it as well, without a signal: the object never
+    // reported to them. Nothing of this calls out, so no holder joins meanwhile.
+    if (!d_ptr->otherHolders.isEmpty()) {
+        const QList<QPointer<const KEZVisEnvironment>> holders = std::move(d_ptr->otherHolders);
+        for (const QPointer<const KEZVisEnvironment> &holder : holders) {
+            if (const KEZVisEnvironment *environment = holder.data())
+                KEZVisEnvironmentPrivate::HeldObjectDestroyed(environment, this);
+        }
+    }
     delete d_ptr;
     d_ptr = nullptr;
 }

@@ -5,6 +5,7 @@
 
 #include "KEZVisObject.h"
 
+#include <QList>
 #include <QPointer>
 
 #include "KEZMathBoundingBox.h"
@@ -74,6 +75,19 @@ public:
     // The rep's box is asked lazily from const accessors, hence mutable.
     mutable bool boundingBoxValid = false;
     mutable KEZMathBoundingBox boundingBox;
+    /*
+        The environments other than its own whose selection, preselection or
+        pending sets may hold the object, noted by each of them when the object
+        enters one of those sets (and by its own environment as well while the
+        object is dying). The object's death takes it out of their sets too, so
+        that no environment keeps the address of a dead object. Weak, since
+        those environments may die first; an entry may outlast the membership
+        that it was noted for, which costs a few lookups at the death.
+    */
+    QList<QPointer<const KEZVisEnvironment>> otherHolders;
+
+    //! Notes \a environment among otherHolders once, dropping dead entries on the way.
+    void NoteHeldBy(const KEZVisEnvironment *environment);
 
 private:
     Q_DISABLE_COPY(KEZVisObjectPrivate)

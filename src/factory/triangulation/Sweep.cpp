@@ -41,6 +41,8 @@
 #include <cstring>
 #include <numeric>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 namespace p2t {
 namespace detail {
@@ -310,6 +312,30 @@ bool Sweep::Prepare()
     m_xy[static_cast<std::size_t>(Tail())].y = sMinY - marginY;
     m_xy[static_cast<std::size_t>(Head())].x = sMaxX + marginX;
     m_xy[static_cast<std::size_t>(Head())].y = sMinY - marginY;
+
+    // Scaling by a power of two is exact while the results stay normal doubles. Where the extent of
+    // the cloud in one direction dwarfs the coordinates in the other by more than the range of
+    // doubles, scaled coordinates become subnormal and round: the cloud may turn flat in a direction
+    // (the artificial points then fall onto it, and a front vertex lacks a neighbour where the sweep
+    // expects one), or distinct points may meet. Such input cannot be triangulated either. Only when
+    // some coordinate did round are the points compared, so sound input pays one pass.
+    if (!(X(VertexOfRank(m_count)) > X(VertexOfRank(1))) || !(Y(m_count - 1) > Y(0)))
+        return false;
+    if (!(X(Tail()) < X(VertexOfRank(1))) || !(X(Head()) > X(VertexOfRank(m_count))) || !(Y(Tail()) < Y(0)))
+        return false;
+    bool rounded = false;
+    for (int position = 0; position < m_count && !rounded; ++position) {
+        const int v = VertexOfRank(position + 1);
+        rounded = std::ldexp(X(v), -shift) != rawX(position) || std::ldexp(Y(v), -shift) != rawY(position);
+    }
+    if (rounded) {
+        std::vector<std::pair<double, double>> scaledPoints(static_cast<std::size_t>(m_count));
+        for (int v = 0; v < m_count; ++v)
+            scaledPoints[static_cast<std::size_t>(v)] = {X(v), Y(v)};
+        std::sort(scaledPoints.begin(), scaledPoints.end());
+        if (std::adjacent_find(scaledPoints.begin(), scaledPoints.end()) != scaledPoints.end())
+            return false;
+    }
     if (m_hooks) {
         m_hooks->tailX = std::ldexp(X(Tail()), -shift);
         m_hooks->tailY = std::ldexp(Y(Tail()), -shift);
