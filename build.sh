@@ -13,6 +13,10 @@
 #   ./build.sh fuzz [SECONDS]
 #                       deps, the fuzz targets with libFuzzer (clang 14) into
 #                       build-fuzz/, then each target for SECONDS (default 60)
+#   ./build.sh demo     deps, a Release build of the library and kezvis into
+#                       build-release/, then "kezvis gallery" writes out/gallery.*
+#   ./build.sh docs     the API reference with Doxygen into build-docs/html;
+#                       any warning (such as undocumented public API) fails it
 set -euo pipefail
 
 here="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
@@ -26,6 +30,7 @@ packages=(
     fonts-dejavu-core
     qt6-tools-dev qt6-l10n-tools
     clang-14 libclang-rt-14-dev
+    doxygen
 )
 
 install_dependencies() {
@@ -154,8 +159,20 @@ case "$command" in
         install_dependencies
         run_fuzzers "${2:-60}"
         ;;
+    demo)
+        install_dependencies
+        cmake -S "$here" -B "$here/build-release" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF
+        cmake --build "$here/build-release" -j "$jobs" --target kezvis
+        "$here/build-release/apps/kezvis/kezvis" gallery -o "$here/out"
+        ;;
+    docs)
+        install_dependencies
+        rm -rf "$here/build-docs"
+        (cd "$here" && doxygen docs/Doxyfile)
+        echo "API reference: $here/build-docs/html/index.html"
+        ;;
     *)
-        sed -n '2,16p' "$0"
+        sed -n '2,20p' "$0"
         exit 2
         ;;
 esac

@@ -23,23 +23,21 @@ class KEZVisVectorFontCache;
     fonts by supplying more files in the same resource directory. Files on disk
     are not searched.
 
-    \section1 Finding a font
+    \section vectorfont_finding Finding a font
 
     Every font that is loaded goes into one process-wide cache and stays there
     until the library is unloaded; the cache is never pruned. Constructing a
     font:
-    \list 1
-    \li shares the record of the first cached font whose name equals \a name
+    1. shares the record of the first cached font whose name equals \a name
         (case-sensitively): no parsing, a walk of the cache and an atomic
         increment;
-    \li otherwise, when GetFontNames() does not hold \a name exactly, gives the
+    1. otherwise, when GetFontNames() does not hold \a name exactly, gives the
         font "simple" instead. This is the whole fallback: an empty, unknown or
         differently capitalised name yields "simple" silently, and GetName()
         then says "simple". No cache entry is made under the unknown name.
-    \li otherwise loads the file from the resource directory and appends the
+    1. otherwise loads the file from the resource directory and appends the
         font to the cache after its last line is read, so a failure leaves no
         half-loaded font behind.
-    \endlist
 
     Loading throws KEZSysException("Could not load the font.") when no file of
     the name is there (possible only when the resources change meanwhile, or
@@ -50,19 +48,17 @@ class KEZVisVectorFontCache;
     The cache is guarded by a lock, so fonts may be constructed from several
     threads at once; a font is loaded once all the same.
 
-    \section1 The file format
+    \section vectorfont_format The file format
 
     A \c .vct file is text lines; every line is passed through
     QByteArray::simplified(), so line ends (CR LF or LF) and runs of white space
     do not matter. It holds, in this order:
-    \list 1
-    \li glyph records, one after the other, as KEZVisVectorFontChar describes
+    1. glyph records, one after the other, as KEZVisVectorFontChar describes
         them: a character line, a count line, one or more coordinate lines;
-    \li one empty line;
-    \li the header line: the character height, then the default width, as
+    1. one empty line;
+    1. the header line: the character height, then the default width, as
         decimal integers; further numbers are ignored. The header line is
         split as it stands, without simplifying.
-    \endlist
     A record ends at the first line without a blank from the third line after
     its character line on, so a record always has its count line and first
     coordinate line, whatever they hold; only the very first record of a file
@@ -77,7 +73,7 @@ class KEZVisVectorFontCache;
     gives the header an empty line: the height reads as 0 and the default width
     stays -1. Numbers that do not parse read as 0.
 
-    \section1 The built-in font "simple"
+    \section vectorfont_simple The built-in font "simple"
 
     122 glyphs on a grid where the baseline is y = 0, capitals reach 6, small
     letters 3 and descenders -2; height 7, default width 6, no glyph with a

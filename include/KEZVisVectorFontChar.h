@@ -18,16 +18,14 @@ class KEZVisVectorFontCharPrivate;
     A glyph is read from one record of a \c .vct font file (see KEZVisVectorFont
     for the whole file). A record is text of lines separated by line feeds:
 
-    \list
-    \li the character line: its first byte is the character, read as Latin-1,
+    - the character line: its first byte is the character, read as Latin-1,
         that is, the byte value is the Unicode code point. No code page is
         applied: the byte 0x82 is U+0082, not e acute.
-    \li the count line: a number, then optionally a blank and the advance width.
+    - the count line: a number, then optionally a blank and the advance width.
         Only the width is read; the count is ignored, the pairs that are there
         are what counts.
-    \li any number of coordinate lines of blank-separated numbers, read as
+    - any number of coordinate lines of blank-separated numbers, read as
         x y x y ... across all lines.
-    \endlist
 
     A pair with x below 0, y below 0 and x equal to y lifts the pen: it ends the
     current stroke (when that has points) and draws nothing. -1 -1 and -4 -4 are

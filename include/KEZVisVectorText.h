@@ -29,47 +29,45 @@ class KEZVisVectorTextPrivate;
     strokes as point lists; CreateRep() wraps them into a graphics rep. Nothing
     is cached: each call computes everything anew from the current settings.
 
-    \section1 Layout
+    \section vectortext_layout Layout
 
     All layout happens in the plane's 2D space, y upward, with the anchor at
     the plane's origin. The scale s is GetTextSize() divided by the font's
     character height, so the font's height becomes the text size; cw(c) is the
     font's width of c.
 
-    \list
-    \li The text is split into lines as QTextStream::readLine() splits it: a
+    - The text is split into lines as QTextStream::readLine() splits it: a
         final line break adds no empty line, and an empty text has no lines.
-    \li A glyph's grid point (x, y) becomes ((x + y * tan(tilt)) * s, y * s),
+    - A glyph's grid point (x, y) becomes ((x + y * tan(tilt)) * s, y * s),
         moved by the cursor: the shear acts before scaling, about the glyph's
         own baseline. A blank draws nothing; every other character draws its
         glyph or the font's fallback box.
-    \li After each character the cursor moves right by cw(c) * s plus the
+    - After each character the cursor moves right by cw(c) * s plus the
         character spacing; a blank advances too.
-    \li The measured width of a line is the sum of cw(c) * 1.5 * s over its
+    - The measured width of a line is the sum of cw(c) * 1.5 * s over its
         characters plus (length - 1) times the character spacing: the factor
         1.5 stands in the measure only, so the measured width exceeds the drawn
         width on purpose. An empty line measures minus the character spacing.
         Anchoring, justification, mirroring and decorations all use the
         measured width; W is the greatest measured width, and at least 0.
-    \li The block height H is (0.5 * size + line spacing) * (n - 1) + n * size
+    - The block height H is (0.5 * size + line spacing) * (n - 1) + n * size
         for n lines. Lines are (1.5 * size + line spacing) apart; the last line's
         baseline lies at the block origin, the first line is on top.
-    \li The block origin starts at (0, 0) and the anchor moves it: the Middle
+    - The block origin starts at (0, 0) and the anchor moves it: the Middle
         row by -H / 2, the Top row by -H in y; the Middle column by -W / 2, the
         Right column by -W in x.
-    \li JustifyCenter sets a line's start x to (W - w) / 2 and JustifyRight to
+    - JustifyCenter sets a line's start x to (W - w) / 2 and JustifyRight to
         W - w. These replace the anchor's x instead of adding to it, so the
         horizontal part of the anchor holds for left-justified lines only; the
         vertical part always holds. This is how the layout behaves and is kept.
-    \li Each decoration is a two-point stroke along the line's measured width,
+    - Each decoration is a two-point stroke along the line's measured width,
         at -0.1 (Underline), 0.5 (StrikeThrough) and 1.1 (Overline) times the
         text size above the line's baseline, appended after the line's glyphs
         in that order.
-    \li With RightToLeft each point's x becomes O.x + (R - x), R being the
+    - With RightToLeft each point's x becomes O.x + (R - x), R being the
         block's right edge O.x + W: a mirror image of glyphs and order, not a
         change of reading direction. Any orientation value other than
         RightToLeft lays out as LeftToRight.
-    \endlist
 
     The result is ordered by line from top to bottom, within a line by
     characters and each glyph's strokes, then the decorations.
@@ -126,6 +124,7 @@ public:
         StrikeThrough = 2, //!< at 0.5 times the text size
         Overline = 4       //!< at 1.1 times the text size
     };
+    //! A combination of decorations.
     Q_DECLARE_FLAGS(Decorations, Decoration)
     Q_FLAG(Decorations)
 
@@ -141,46 +140,57 @@ public:
 
     //! The text, with line breaks; null by default.
     QString GetText() const;
+    //! Sets what GetText() answers, detaching from any shared copy first.
     void SetText(const QString &text);
 
     //! The font; "simple" by default.
     KEZVisVectorFont GetFont() const;
+    //! Sets what GetFont() answers, detaching from any shared copy first.
     void SetFont(const KEZVisVectorFont &font);
 
     //! BottomLeft by default.
     Anchor GetAnchor() const;
+    //! Sets what GetAnchor() answers, detaching from any shared copy first.
     void SetAnchor(Anchor anchor);
 
     //! Extra distance between lines, in plane units; 5.0 by default.
     double GetLineSpacing() const;
+    //! Sets what GetLineSpacing() answers, detaching from any shared copy first.
     void SetLineSpacing(double spacing);
 
     //! Extra distance between characters, in plane units; 0.0 by default.
     double GetCharacterSpacing() const;
+    //! Sets what GetCharacterSpacing() answers, detaching from any shared copy first.
     void SetCharacterSpacing(double spacing);
 
     //! LeftToRight by default.
     Orientation GetOrientation() const;
+    //! Sets what GetOrientation() answers, detaching from any shared copy first.
     void SetOrientation(Orientation orientation);
 
     //! JustifyLeft by default.
     Justification GetJustification() const;
+    //! Sets what GetJustification() answers, detaching from any shared copy first.
     void SetJustification(Justification justification);
 
     //! None by default.
     QFlags<Decoration> GetDecorations() const;
+    //! Sets what GetDecorations() answers, detaching from any shared copy first.
     void SetDecorations(QFlags<Decoration> decorations);
 
     //! Height of the font's cell in plane units; 0.0 by default.
     double GetTextSize() const;
+    //! Sets what GetTextSize() answers, detaching from any shared copy first.
     void SetTextSize(double size);
 
     //! Shear of the glyphs in radians, positive to the right; 0.0 by default.
     double GetTiltAngle() const;
+    //! Sets what GetTiltAngle() answers, detaching from any shared copy first.
     void SetTiltAngle(double angle);
 
     //! The plane that maps the layout into 3D; a default-constructed plane by default.
     KEZMathPlane GetPlane() const;
+    //! Sets what GetPlane() answers, detaching from any shared copy first.
     void SetPlane(const KEZMathPlane &plane);
 
     //! The whole layout, see the class description; empty for an empty text.

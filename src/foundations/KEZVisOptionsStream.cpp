@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <cmath>
+#include <type_traits>
 
 // The walk below knows the stream form of a font as Qt up to 6.5 writes it.
 // Later versions append fields of their own, which the walk must learn first.
@@ -35,7 +36,12 @@ public:
     template <typename T>
     bool Copy(T &value)
     {
-        m_in >> value;
+        if constexpr (std::is_same_v<T, QString>) {
+            if (!ReadString(value))
+                return false;
+        } else {
+            m_in >> value;
+        }
         if (m_in.status() != QDataStream::Ok)
             return false;
         m_out << value;
@@ -47,6 +53,44 @@ public:
     {
         T value{};
         return Copy(value);
+    }
+
+    // Reads a string as QDataStream writes it (a quint32 length in bytes,
+    // 0xFFFFFFFF for a null string, then UTF-16 in the stream's byte order).
+    // Qt's own reader makes room for the whole announced length first; this
+    // one grows with the bytes that actually arrive, so a lying length ends at
+    // the data's end, and on a device that knows its size it is refused as
+    // corrupt before anything is read.
+    bool ReadString(QString &text)
+    {
+        quint32 bytes = 0;
+        m_in >> bytes;
+        if (m_in.status() != QDataStream::Ok)
+            return false;
+        if (bytes == 0xFFFFFFFFu) {
+            text = QString();
+            return true;
+        }
+        QIODevice *device = m_in.device();
+        if (bytes % 2 != 0 || (device && !device->isSequential() && qint64(bytes) > device->bytesAvailable()))
+            return Corrupt();
+        QByteArray data;
+        while (quint32(data.size()) < bytes) {
+            const qsizetype piece = qsizetype(qMin<quint32>(bytes - quint32(data.size()), qMax<quint32>(4096, quint32(data.size()))));
+            const qsizetype had = data.size();
+            data.resize(had + piece);
+            if (m_in.readRawData(data.data() + had, int(piece)) != piece) {
+                m_in.setStatus(QDataStream::ReadPastEnd);
+                return false;
+            }
+        }
+        text.resize(data.size() / 2);
+        for (qsizetype i = 0; i < text.size(); ++i) {
+            const uchar high = uchar(data[2 * i]), low = uchar(data[2 * i + 1]);
+            text[i] = m_in.byteOrder() == QDataStream::BigEndian ? QChar(ushort(high << 8 | low))
+                                                                 : QChar(ushort(low << 8 | high));
+        }
+        return true;
     }
 
     // Marks the data corrupt; always false, so that a check can return it.
@@ -72,8 +116,7 @@ public:
         QStringList families;
         for (quint32 i = 0; i < count; ++i) {
             QString family;
-            m_in >> family;
-            if (m_in.status() != QDataStream::Ok)
+            if (!ReadString(family))
                 return false;
             families.append(family);
         }

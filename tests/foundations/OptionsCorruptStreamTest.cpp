@@ -510,3 +510,58 @@ TEST(OptionsCorruptStream, FuzzFoundColourModel95IsRefusedAndTheOptionsAreSafeTo
     // The colour is left as it was, the invalid colour, and hashes as one.
     EXPECT_EQ(qHash(read.GetColor()), qHash(QColor()));
 }
+
+namespace {
+
+// The stream form of the font of the one family "A" whose first string, its
+// family, announces the given length in bytes.
+QByteArray FontWithFamilyLength(quint32 length)
+{
+    return WithBytesAt(PlainFontBytes(), 0, Streamed(length));
+}
+
+} // namespace
+
+TEST(OptionsCorruptStream, FontNameAnnouncingGigabytesIsRefusedWithoutMakingRoomForThem)
+{
+    // Qt's string reader makes room for the whole announced length first.
+    for (quint32 length : {0x7ffffffeu, 0xfffffffeu, 0x00100000u}) {
+        const QByteArray bytes = OptionsAround(FontWithFamilyLength(length));
+        QDataStream in(bytes);
+        KEZVisOptions read;
+        EXPECT_NO_THROW(in >> read) << length;
+        EXPECT_EQ(in.status(), QDataStream::ReadCorruptData) << length;
+        EXPECT_EQ(read.GetFont(), QFont()) << length;
+    }
+}
+
+TEST(OptionsCorruptStream, FamilyListStringAnnouncingGigabytesIsRefusedWithoutMakingRoomForIt)
+{
+    // The last string of the font is the one name of its family list.
+    const QByteArray bytes = OptionsAround(FontWithUInt32FromEnd(QFont(QStringLiteral("A")), 6, 0x7ffffffeu));
+    QDataStream in(bytes);
+    KEZVisOptions read;
+    EXPECT_NO_THROW(in >> read);
+    EXPECT_EQ(in.status(), QDataStream::ReadCorruptData);
+    EXPECT_EQ(read.GetFont(), QFont());
+}
+
+TEST(OptionsCorruptStream, FontNameAnnouncingGigabytesOnASequentialDeviceEndsWithTheData)
+{
+    class Pipe : public QBuffer
+    {
+    public:
+        using QBuffer::QBuffer;
+        bool isSequential() const override { return true; }
+    };
+    // A device that cannot tell how much is left: the string grows with what
+    // arrives, and the data ends long before the announced length.
+    QByteArray bytes = OptionsAround(FontWithFamilyLength(0x7ffffffeu));
+    Pipe pipe(&bytes);
+    ASSERT_TRUE(pipe.open(QIODevice::ReadOnly));
+    QDataStream in(&pipe);
+    KEZVisOptions read;
+    EXPECT_NO_THROW(in >> read);
+    EXPECT_EQ(in.status(), QDataStream::ReadPastEnd);
+    EXPECT_EQ(read.GetFont(), QFont());
+}

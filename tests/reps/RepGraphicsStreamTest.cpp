@@ -435,7 +435,11 @@ TEST(RepGraphicsStream, FontWithMoreFamiliesThanTheDataCouldHoldEndsTheOptions)
         // Reserving for the announced families would ask for gigabytes; the
         // sanitizer build fails on any such request.
         loaded.Load(in);
-        EXPECT_EQ(in.status(), QDataStream::ReadPastEnd) << families;
+        // The strings taken for families run into the data after the font,
+        // whose lengths end the reading either at the data's end or as
+        // corrupt, longer than what is left.
+        EXPECT_TRUE(in.status() == QDataStream::ReadPastEnd || in.status() == QDataStream::ReadCorruptData)
+            << families << " " << in.status();
         EXPECT_TRUE(AskPrimitives(loaded).primitives.isEmpty()) << families;
     }
 }
