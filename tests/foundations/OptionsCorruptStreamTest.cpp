@@ -147,6 +147,14 @@ QByteArray PlainFontBytes()
     return Streamed(font);
 }
 
+// A buffer that, like a pipe or a socket, cannot tell how much is left.
+class Pipe : public QBuffer
+{
+public:
+    using QBuffer::QBuffer;
+    bool isSequential() const override { return true; }
+};
+
 QByteArray WithBytesAt(QByteArray bytes, int at, const QByteArray &replacement)
 {
     bytes.replace(at, replacement.size(), replacement);
@@ -183,12 +191,6 @@ TEST(OptionsCorruptStream, FontAnnouncingBillionsOfFamiliesOnASequentialDeviceFa
 {
     // A device that cannot tell how much is left: the families are read one by
     // one until the data ends.
-    class Pipe : public QBuffer
-    {
-    public:
-        using QBuffer::QBuffer;
-        bool isSequential() const override { return true; }
-    };
     QByteArray bytes = OptionsAround(FontOfOneFamilyWithCount(0xffffffffu));
     Pipe pipe(&bytes);
     ASSERT_TRUE(pipe.open(QIODevice::ReadOnly));
@@ -548,12 +550,6 @@ TEST(OptionsCorruptStream, FamilyListStringAnnouncingGigabytesIsRefusedWithoutMa
 
 TEST(OptionsCorruptStream, FontNameAnnouncingGigabytesOnASequentialDeviceEndsWithTheData)
 {
-    class Pipe : public QBuffer
-    {
-    public:
-        using QBuffer::QBuffer;
-        bool isSequential() const override { return true; }
-    };
     // A device that cannot tell how much is left: the string grows with what
     // arrives, and the data ends long before the announced length.
     QByteArray bytes = OptionsAround(FontWithFamilyLength(0x7ffffffeu));
