@@ -52,7 +52,7 @@ KEZVisSurfacePrimitive *KEZVisRepFactory::CreateFilledPolygonPrimitive(QList<KEZ
     corners.arena = &cleaned.arena;
     corners.points = TriangulateRings(cleaned.outline.points, holes.triangulated);
 
-    const KEZMathSetOfPoints meshPoints = CollectMeshPoints(cleaned, holes.inside, corners.meshPointOfArena);
+    const MeshPoints meshPoints = CollectMeshPoints(cleaned, holes.inside, corners.meshPointOfArena);
     return BuildSurfaceFromTriangles(meshPoints, corners);
 }
 

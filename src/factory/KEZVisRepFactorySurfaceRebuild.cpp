@@ -194,25 +194,25 @@ private:
 // ---------------------------------------------------------------------------
 // Mesh points
 
-KEZMathSetOfPoints CollectMeshPoints(const CleanedRings &rings, const std::vector<const WalkedRing *> &insideHoles,
-                                     std::vector<int> &meshPointOfArena)
+MeshPoints CollectMeshPoints(const CleanedRings &rings, const std::vector<const WalkedRing *> &insideHoles,
+                             std::vector<int> &meshPointOfArena)
 {
     const WalkedRing &outline = rings.outline;
     std::size_t count = outline.points.size();
     for (const WalkedRing *hole : insideHoles)
         count += hole->points.size();
 
-    KEZMathSetOfPoints meshPoints;
-    meshPoints.reserve(qsizetype(count));
+    MeshPoints meshPoints;
+    meshPoints.reserve(count);
     meshPointOfArena.assign(rings.arena.Size(), -1);
     for (std::size_t i = 0; i < outline.points.size(); ++i) {
         meshPointOfArena[std::size_t(rings.arena.IndexOf(outline.points[i]))] = int(i);
-        meshPoints.append(outline.simplified.at(qsizetype(i)));
+        meshPoints.push_back(&outline.simplified.at(qsizetype(i)));
     }
     for (const WalkedRing *hole : insideHoles) {
         for (std::size_t k = 0; k < hole->points.size(); ++k) {
             meshPointOfArena[std::size_t(rings.arena.IndexOf(hole->points[k]))] = int(meshPoints.size());
-            meshPoints.append(hole->simplified.at(qsizetype(k)));
+            meshPoints.push_back(&hole->simplified.at(qsizetype(k)));
         }
     }
     return meshPoints;
@@ -221,8 +221,7 @@ KEZMathSetOfPoints CollectMeshPoints(const CleanedRings &rings, const std::vecto
 // ---------------------------------------------------------------------------
 // BuildSurfaceFromTriangles
 
-KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const KEZMathSetOfPoints &meshPoints,
-                                                  const TriangleCorners &triangleCorners)
+KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const MeshPoints &meshPoints, const TriangleCorners &triangleCorners)
 {
     const std::size_t cornerCount = triangleCorners.points.size();
     const std::size_t triangleCount = cornerCount / 3;
@@ -235,7 +234,7 @@ KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const KEZMathSetOfPoints &mesh
     std::vector<VertexKey> keys; // the key of each vertex position
     keys.reserve(meshCount + triangleCorners.arena->Size());
     for (std::size_t i = 0; i < meshCount; ++i) {
-        const KEZMathPoint &point = meshPoints.at(qsizetype(i));
+        const KEZMathPoint &point = *meshPoints[i];
         keys.push_back(keyMaker.Make(point.GetX(), point.GetY(), point.GetZ()));
     }
     std::vector<std::uint64_t> hashes(meshCount);
@@ -291,7 +290,7 @@ KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const KEZMathSetOfPoints &mesh
     std::unique_ptr<double[]> coords(new double[3 * vertexCount]);
     for (std::size_t i = 0; i < meshCount; ++i) {
         double *v = coords.get() + 3 * i;
-        meshPoints.at(qsizetype(i)).GetCoord(v[0], v[1], v[2]);
+        meshPoints[i]->GetCoord(v[0], v[1], v[2]);
     }
     for (std::size_t i = 0; i < added.size(); ++i) {
         double *v = coords.get() + 3 * (meshCount + i);

@@ -19,10 +19,12 @@
 namespace KEZVisFilledPolygon {
 
 // The accepted points, the mesh points, with the z they came with: the walked points of the outline, then
-// those of every hole in `insideHoles`, in order. `meshPointOfArena` receives for each point of the arena
-// the mesh point that it was made from, or -1.
-KEZMathSetOfPoints CollectMeshPoints(const CleanedRings &rings, const std::vector<const WalkedRing *> &insideHoles,
-                                     std::vector<int> &meshPointOfArena);
+// those of every hole in `insideHoles`, in order. They are the simplified points of the cleaned rings
+// themselves, not copies, so they live as long as the rings. `meshPointOfArena` receives for each point
+// of the arena the mesh point that it was made from, or -1.
+using MeshPoints = std::vector<const KEZMathPoint *>;
+MeshPoints CollectMeshPoints(const CleanedRings &rings, const std::vector<const WalkedRing *> &insideHoles,
+                             std::vector<int> &meshPointOfArena);
 
 // The corners of the triangles, three a triangle as the triangulator gave them; corner k stands for
 // KEZMathPoint(x, y, 0.0) of its point. Kept as pointers into the arena, so that a point met in several
@@ -45,8 +47,7 @@ struct TriangleCorners
 // what entering them in order with replacement leaves in the map; and a corner made from a mesh point
 // whose key reads "0.000" in z has that mesh point's key, x and y being the same numbers, so it takes
 // that last mesh point without a look-up.
-KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const KEZMathSetOfPoints &meshPoints,
-                                                  const TriangleCorners &triangleCorners);
+KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const MeshPoints &meshPoints, const TriangleCorners &triangleCorners);
 
 } // namespace KEZVisFilledPolygon
 
