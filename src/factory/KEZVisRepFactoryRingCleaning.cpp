@@ -36,19 +36,29 @@ void RepeatWalk(const KEZMathSetOfPoints &ring, PointArena &arena, PointVector &
         localGrid.Reset(std::size_t(ring.size()));
         grid = &localGrid;
     }
+    // The probe of each point is made kAhead points before its turn, when its buckets are prefetched, and
+    // serves its look-up and its insertion.
     constexpr qsizetype kAhead = 16;
+    PointGrid::Probe probes[kAhead];
+    for (qsizetype i = 0; i < std::min(kAhead, ring.size()); ++i) {
+        probes[i] = grid->MakeProbe(ring.at(i).GetX(), ring.at(i).GetY());
+        grid->Prefetch(probes[i]);
+    }
     for (qsizetype i = 0; i < ring.size(); ++i) {
-        if (i + kAhead < ring.size())
-            grid->Prefetch(ring.at(i + kAhead).GetX(), ring.at(i + kAhead).GetY());
-        const double x = ring.at(i).GetX();
-        const double y = ring.at(i).GetY();
-        if (grid->Any(x, y, [x, y](const p2t::Point &earlier) {
+        PointGrid::Probe &probe = probes[i % kAhead];
+        const double x = probe.x;
+        const double y = probe.y;
+        if (grid->Any(probe, [x, y](const p2t::Point &earlier) {
                 return std::abs(x - earlier.x) < kTolerance && std::abs(y - earlier.y) < kTolerance;
             }))
             return;
         p2t::Point *made = arena.Make(x, y);
         accepted.push_back(made);
-        grid->Insert(made);
+        grid->Insert(made, probe);
+        if (i + kAhead < ring.size()) {
+            probe = grid->MakeProbe(ring.at(i + kAhead).GetX(), ring.at(i + kAhead).GetY());
+            grid->Prefetch(probe);
+        }
     }
 }
 

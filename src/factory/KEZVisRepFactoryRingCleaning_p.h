@@ -62,37 +62,74 @@ public:
         m_next.clear();
     }
 
-    void Insert(const p2t::Point *point)
+    // What a look-up of one point needs of the grid, worked out once and used for its prefetch, its
+    // look-up and its insertion: the buckets of the cells that may hold a partner, with the bit of each
+    // cell, and the bucket and bit of the point's own cell. A probe is made for the grid's bucket count
+    // of the time; the grid works it out again where it has grown since.
+    struct Probe
     {
-        if (!std::isfinite(point->x) || !std::isfinite(point->y))
-            return;
-        if (m_points.size() + 1 > m_buckets.size())
-            Grow();
-        Enter(int(m_points.size()), point);
-        m_points.push_back(point);
-    }
+        double x = 0.0, y = 0.0;
+        std::size_t mask = 0;
+        int count = 0; // 0 for a point with a coordinate that is not finite
+        std::size_t buckets[9];
+        std::uint32_t bits[9];
+        std::size_t ownBucket = 0;
+        std::uint32_t ownBit = 0;
+    };
 
-    // Asks the processor to fetch the buckets of a point that is going to be looked up soon.
-    void Prefetch(double x, double y) const
+    Probe MakeProbe(double x, double y) const
     {
-#if defined(__GNUC__) || defined(__clang__)
+        Probe probe;
+        probe.x = x;
+        probe.y = y;
+        probe.mask = m_mask;
         if (!std::isfinite(x) || !std::isfinite(y))
-            return;
+            return probe;
         std::uint64_t cellsX[3];
         std::uint64_t cellsY[3];
         const int countX = Neighbours(x, cellsX);
         const int countY = Neighbours(y, cellsY);
         for (int i = 0; i < countX; ++i) {
             for (int j = 0; j < countY; ++j) {
-                const Bucket *bucket = m_buckets.data() + BucketOf(cellsX[i], cellsY[j]);
-                // GCC drops a prefetch whose address it can see through here; the empty statement hides it.
-                asm volatile("" : "+r"(bucket));
-                __builtin_prefetch(bucket);
+                probe.buckets[probe.count] = BucketOf(cellsX[i], cellsY[j]);
+                probe.bits[probe.count] = CellBit(cellsX[i], cellsY[j]);
+                ++probe.count;
             }
         }
+        const std::uint64_t cx = Code(CellOf(x));
+        const std::uint64_t cy = Code(CellOf(y));
+        probe.ownBucket = BucketOf(cx, cy);
+        probe.ownBit = CellBit(cx, cy);
+        return probe;
+    }
+
+    // Enters a point with the probe made of its coordinates.
+    void Insert(const p2t::Point *point, const Probe &probe)
+    {
+        if (probe.count == 0)
+            return;
+        if (m_points.size() + 1 > m_buckets.size())
+            Grow();
+        if (probe.mask != m_mask) {
+            Insert(point, MakeProbe(probe.x, probe.y));
+            return;
+        }
+        Enter(int(m_points.size()), probe.ownBucket, probe.ownBit);
+        m_points.push_back(point);
+    }
+
+    // Asks the processor to fetch the buckets of a point that is going to be looked up soon.
+    void Prefetch(const Probe &probe) const
+    {
+#if defined(__GNUC__) || defined(__clang__)
+        for (int i = 0; i < probe.count; ++i) {
+            const Bucket *bucket = m_buckets.data() + (probe.buckets[i] & m_mask);
+            // GCC drops a prefetch whose address it can see through here; the empty statement hides it.
+            asm volatile("" : "+r"(bucket));
+            __builtin_prefetch(bucket);
+        }
 #else
-        Q_UNUSED(x);
-        Q_UNUSED(y);
+        Q_UNUSED(probe);
 #endif
     }
 
@@ -101,26 +138,28 @@ public:
     template <typename Predicate>
     bool Any(double x, double y, Predicate &&predicate) const
     {
-        if (!std::isfinite(x) || !std::isfinite(y) || m_points.empty())
+        return Any(MakeProbe(x, y), predicate);
+    }
+
+    template <typename Predicate>
+    bool Any(const Probe &probe, Predicate &&predicate) const
+    {
+        if (probe.count == 0 || m_points.empty())
             return false;
-        std::uint64_t cellsX[3];
-        std::uint64_t cellsY[3];
-        const int countX = Neighbours(x, cellsX);
-        const int countY = Neighbours(y, cellsY);
+        if (probe.mask != m_mask)
+            return Any(MakeProbe(probe.x, probe.y), predicate);
         std::size_t walked[9];
         int walkedCount = 0;
-        for (int i = 0; i < countX; ++i) {
-            for (int j = 0; j < countY; ++j) {
-                const std::size_t index = BucketOf(cellsX[i], cellsY[j]);
-                const Bucket &bucket = m_buckets[index];
-                if ((bucket.cells & CellBit(cellsX[i], cellsY[j])) == 0
-                    || std::find(walked, walked + walkedCount, index) != walked + walkedCount)
-                    continue;
-                walked[walkedCount++] = index;
-                for (int k = bucket.head; k >= 0; k = m_next[std::size_t(k)]) {
-                    if (predicate(*m_points[std::size_t(k)]))
-                        return true;
-                }
+        for (int i = 0; i < probe.count; ++i) {
+            const std::size_t index = probe.buckets[i];
+            const Bucket &bucket = m_buckets[index];
+            if ((bucket.cells & probe.bits[i]) == 0
+                || std::find(walked, walked + walkedCount, index) != walked + walkedCount)
+                continue;
+            walked[walkedCount++] = index;
+            for (int k = bucket.head; k >= 0; k = m_next[std::size_t(k)]) {
+                if (predicate(*m_points[std::size_t(k)]))
+                    return true;
             }
         }
         return false;
@@ -164,13 +203,18 @@ private:
     {
         const std::uint64_t cx = Code(CellOf(point->x));
         const std::uint64_t cy = Code(CellOf(point->y));
-        Bucket &bucket = m_buckets[BucketOf(cx, cy)];
+        Enter(k, BucketOf(cx, cy), CellBit(cx, cy));
+    }
+
+    void Enter(int k, std::size_t index, std::uint32_t bit)
+    {
+        Bucket &bucket = m_buckets[index];
         if (std::size_t(k) < m_next.size())
             m_next[std::size_t(k)] = bucket.head;
         else
             m_next.push_back(bucket.head);
         bucket.head = k;
-        bucket.cells |= CellBit(cx, cy);
+        bucket.cells |= bit;
     }
 
     // The cells that may hold a partner of v.
