@@ -240,7 +240,7 @@ KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const MeshPoints &meshPoints, 
     std::vector<std::uint64_t> hashes(meshCount);
     for (std::size_t i = 0; i < meshCount; ++i)
         hashes[i] = HashOf(keys[i]);
-    VertexMap map(keys, meshCount + triangleCorners.arena->Size());
+    VertexMap map(keys, meshCount);
     std::vector<int> lastOfKey(meshCount);
     constexpr std::size_t kAhead = 16;
     for (std::size_t i = meshCount; i-- > 0;) {
