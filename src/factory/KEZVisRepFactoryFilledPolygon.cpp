@@ -47,6 +47,9 @@ KEZVisSurfacePrimitive *KEZVisRepFactory::CreateFilledPolygonPrimitive(QList<KEZ
         return nullptr;
 
     const HoleSelection holes = SelectHoles(cleaned);
+    // The grid of the outline has served the hole tests: its memory goes back before the triangulator
+    // asks for its own.
+    cleaned.outlineGrid.Release();
 
     TriangleCorners corners;
     corners.arena = &cleaned.arena;

@@ -51,6 +51,15 @@ class PointGrid
 public:
     explicit PointGrid(std::size_t expected = 16) { Reset(expected); }
 
+    // Gives the memory back; the grid must be Reset before it is used again.
+    void Release()
+    {
+        std::vector<Bucket>().swap(m_buckets);
+        std::vector<const p2t::Point *>().swap(m_points);
+        std::vector<int>().swap(m_next);
+        m_mask = 0;
+    }
+
     void Reset(std::size_t expected)
     {
         std::size_t buckets = 16;
