@@ -14,6 +14,7 @@
 #include <memory>
 #include <random>
 #include <set>
+#include <utility>
 
 using namespace filled_polygon_test;
 
@@ -385,6 +386,39 @@ TEST(FilledPolygon, SquareAtZFiveGivesTrianglesAtZeroAndFourUnreferencedVertices
     // The bounding box still covers the ring at z = 5.
     EXPECT_EQ(surface->GetBoundingBox(KEZVisOptions()).GetUpperPoint().GetZ(), 5.0);
     EXPECT_EQ(surface->GetBoundingBox(KEZVisOptions()).GetLowerPoint().GetZ(), 0.0);
+}
+
+TEST(FilledPolygon, LargePolygonAtZFiveGetsEveryCornerOnceAsANewVertexAtZero)
+{
+    // A circle of 1,000 points with a square hole, every point a key of its own: the 1,004 ring points
+    // come first at z = 5, and the corners, all at z = 0, add one new vertex for each of them.
+    constexpr int kCount = 1000;
+    const double pi = std::acos(-1.0);
+    Ring2D circle;
+    for (int k = 0; k < kCount; ++k)
+        circle.push_back(Pt{100.0 * std::cos(2.0 * pi * k / kCount), 100.0 * std::sin(2.0 * pi * k / kCount)});
+    const Ring2D hole{{-10, -10}, {10, -10}, {10, 10}, {-10, 10}};
+    const auto surface = Fill({MakeRing(circle, 5.0), MakeRing(hole, 5.0)});
+    ASSERT_NE(surface, nullptr);
+    const Mesh mesh = MeshOf(*surface);
+
+    constexpr std::size_t kRingPoints = kCount + 4;
+    ASSERT_EQ(mesh.vertices.size(), 2 * kRingPoints);
+    std::set<std::pair<double, double>> ringPoints;
+    for (std::size_t i = 0; i < kRingPoints; ++i) {
+        EXPECT_EQ(mesh.vertices[i][2], 5.0);
+        ringPoints.insert({mesh.vertices[i][0], mesh.vertices[i][1]});
+    }
+    std::set<std::pair<double, double>> newPoints;
+    for (std::size_t i = kRingPoints; i < mesh.vertices.size(); ++i) {
+        EXPECT_EQ(mesh.vertices[i][2], 0.0);
+        newPoints.insert({mesh.vertices[i][0], mesh.vertices[i][1]});
+    }
+    EXPECT_EQ(newPoints, ringPoints);
+    // A triangulation of 1,004 points with one hole has 1,004 + 2 - 2 triangles, none on a ring vertex.
+    EXPECT_EQ(mesh.triangles.size(), kRingPoints);
+    for (int corner : Referenced(mesh))
+        EXPECT_GE(corner, int(kRingPoints));
 }
 
 TEST(FilledPolygon, ZOfMinusATenThousandthGivesAllNewVertices)

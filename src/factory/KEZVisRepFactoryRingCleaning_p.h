@@ -1,0 +1,332 @@
+#ifndef KEZVISREPFACTORYRINGCLEANING_P_H
+#define KEZVISREPFACTORYRINGCLEANING_P_H
+
+// Ring cleaning, the first stage of a filled polygon. Every ring is copied and simplified
+// (SimplifyRing), and the repeat walk turns the simplified copy into points for the triangulator, up to
+// the first point that repeats an earlier one.
+//
+// What the stage promises the others: the walked points of a ring are made, in order, from the first
+// points of its simplified copy, so the k-th walked point and the k-th simplified point are one point;
+// every point is made once, in the arena of the call, and stays where it is until the arena goes; the
+// walked points of the outline are in a grid, for the hole tests. Never installed.
+
+#include "factory/KEZVisRepFactoryFilledPolygon_p.h"
+
+#include <KEZMathSetOfPoints.h>
+
+#include <QList>
+#include <QtGlobal>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <vector>
+
+namespace KEZVisFilledPolygon {
+
+// ---------------------------------------------------------------------------
+// SimplifyRing
+
+// Cleans a ring in place: drops points equal to their predecessor, spikes that return to their start, and
+// middle points of three on a line. The first and last points are never compared with each other; the
+// repeat walk deals with the seam, so three points on a line across the seam survive.
+void SimplifyRing(KEZMathSetOfPoints &ring);
+
+// ---------------------------------------------------------------------------
+// A hash grid of points for the questions "is some point within 0.001 of this one in x and in y" and "is
+// some point within squared distance 1e-6". Both need a partner whose coordinates differ by less than
+// 0.001 * (1 + 2^-51) per axis. Cells are 0.004 wide, taken as floor(v * 250): for any two finite values
+// that close the cells differ by at most one, also where v * 250 is rounded coarsely (beyond 2^40), since
+// two such values are then at most a few units in the last place apart. Where rounding is fine the
+// position inside the cell tells which neighbour can hold a partner, so most look-ups probe one to four
+// cells. Cells may share a bucket: that costs time, never a wrong answer, as every point found is judged
+// by the caller's own test. Points with a coordinate that is not finite are never entered and never
+// found: the distances to them are not finite, and no rule takes them for near.
+
+class PointGrid
+{
+public:
+    explicit PointGrid(std::size_t expected = 16) { Reset(expected); }
+
+    // Gives the memory back; the grid must be Reset before it is used again.
+    void Release()
+    {
+        std::vector<Bucket>().swap(m_buckets);
+        std::vector<const p2t::Point *>().swap(m_points);
+        std::vector<int>().swap(m_next);
+        m_mask = 0;
+    }
+
+    void Reset(std::size_t expected)
+    {
+        std::size_t buckets = 16;
+        while (buckets < 2 * expected)
+            buckets *= 2;
+        m_buckets.assign(buckets, Bucket{-1, 0});
+        m_mask = buckets - 1;
+        m_points.clear();
+        m_next.clear();
+    }
+
+    // What a look-up of one point needs of the grid, worked out once and used for its prefetch, its
+    // look-up and its insertion: the buckets of the cells that may hold a partner, with the bit of each
+    // cell, and the bucket and bit of the point's own cell. A probe is made for the grid's bucket count
+    // of the time; the grid works it out again where it has grown since.
+    struct Probe
+    {
+        double x = 0.0, y = 0.0;
+        std::size_t mask = 0;
+        int count = 0; // 0 for a point with a coordinate that is not finite
+        std::size_t buckets[9];
+        std::uint32_t bits[9];
+        std::size_t ownBucket = 0;
+        std::uint32_t ownBit = 0;
+    };
+
+    Probe MakeProbe(double x, double y) const
+    {
+        Probe probe;
+        probe.x = x;
+        probe.y = y;
+        probe.mask = m_mask;
+        if (!std::isfinite(x) || !std::isfinite(y))
+            return probe;
+        std::uint64_t cellsX[3];
+        std::uint64_t cellsY[3];
+        const int countX = Neighbours(x, cellsX);
+        const int countY = Neighbours(y, cellsY);
+        for (int i = 0; i < countX; ++i) {
+            for (int j = 0; j < countY; ++j) {
+                probe.buckets[probe.count] = BucketOf(cellsX[i], cellsY[j]);
+                probe.bits[probe.count] = CellBit(cellsX[i], cellsY[j]);
+                ++probe.count;
+            }
+        }
+        const std::uint64_t cx = Code(CellOf(x));
+        const std::uint64_t cy = Code(CellOf(y));
+        probe.ownBucket = BucketOf(cx, cy);
+        probe.ownBit = CellBit(cx, cy);
+        return probe;
+    }
+
+    // Enters a point with the probe made of its coordinates.
+    void Insert(const p2t::Point *point, const Probe &probe)
+    {
+        if (probe.count == 0)
+            return;
+        if (m_points.size() + 1 > m_buckets.size())
+            Grow();
+        if (probe.mask != m_mask) {
+            Insert(point, MakeProbe(probe.x, probe.y));
+            return;
+        }
+        Enter(int(m_points.size()), probe.ownBucket, probe.ownBit);
+        m_points.push_back(point);
+    }
+
+    // Asks the processor to fetch the buckets of a point that is going to be looked up soon.
+    void Prefetch(const Probe &probe) const
+    {
+#if defined(__GNUC__) || defined(__clang__)
+        for (int i = 0; i < probe.count; ++i) {
+            const Bucket *bucket = m_buckets.data() + (probe.buckets[i] & m_mask);
+            // GCC drops a prefetch whose address it can see through here; the empty statement hides it.
+            asm volatile("" : "+r"(bucket));
+            __builtin_prefetch(bucket);
+        }
+#else
+        Q_UNUSED(probe);
+#endif
+    }
+
+    // True if the predicate holds for some entered point that may lie within the distances above. Cells
+    // may share a bucket; the predicate decides on every point found.
+    template <typename Predicate>
+    bool Any(double x, double y, Predicate &&predicate) const
+    {
+        return Any(MakeProbe(x, y), predicate);
+    }
+
+    template <typename Predicate>
+    bool Any(const Probe &probe, Predicate &&predicate) const
+    {
+        if (probe.count == 0 || m_points.empty())
+            return false;
+        if (probe.mask != m_mask)
+            return Any(MakeProbe(probe.x, probe.y), predicate);
+        std::size_t walked[9];
+        int walkedCount = 0;
+        for (int i = 0; i < probe.count; ++i) {
+            const std::size_t index = probe.buckets[i];
+            const Bucket &bucket = m_buckets[index];
+            if ((bucket.cells & probe.bits[i]) == 0
+                || std::find(walked, walked + walkedCount, index) != walked + walkedCount)
+                continue;
+            walked[walkedCount++] = index;
+            for (int k = bucket.head; k >= 0; k = m_next[std::size_t(k)]) {
+                if (predicate(*m_points[std::size_t(k)]))
+                    return true;
+            }
+        }
+        return false;
+    }
+
+private:
+    // The head of a chain of points, and one bit for each cell of which it may hold points.
+    struct Bucket
+    {
+        int head;
+        std::uint32_t cells;
+    };
+
+    static double CellOf(double v) { return std::floor(v * 250.0) + 0.0; } // + 0.0 turns -0.0 into 0.0
+
+    // A number for a cell: the cell itself where it fits 64 bits, else the bits of the double.
+    static std::uint64_t Code(double cell)
+    {
+        if (std::abs(cell) < 0x1p62)
+            return std::uint64_t(std::int64_t(cell));
+        std::uint64_t bits;
+        std::memcpy(&bits, &cell, sizeof bits);
+        return bits;
+    }
+
+    // The buckets of a block of 2 x 4 cells lie side by side, in one cache line, so that the cells round
+    // a point are mostly read at once.
+    std::size_t BucketOf(std::uint64_t cx, std::uint64_t cy) const
+    {
+        std::uint64_t block = (cx >> 1) * 0x9E3779B97F4A7C15ull ^ ((cy >> 2) + 0x632BE59BD9B4E019ull) * 0xBF58476D1CE4E5B9ull;
+        block ^= block >> 31;
+        return std::size_t((block << 3) | ((cy & 3) << 1) | (cx & 1)) & m_mask;
+    }
+
+    static std::uint32_t CellBit(std::uint64_t cx, std::uint64_t cy)
+    {
+        return std::uint32_t(1) << ((cx * 0xD6E8FEB86659FD93ull + cy * 0x9E3779B97F4A7C15ull) >> 59);
+    }
+
+    void Enter(int k, const p2t::Point *point)
+    {
+        const std::uint64_t cx = Code(CellOf(point->x));
+        const std::uint64_t cy = Code(CellOf(point->y));
+        Enter(k, BucketOf(cx, cy), CellBit(cx, cy));
+    }
+
+    void Enter(int k, std::size_t index, std::uint32_t bit)
+    {
+        Bucket &bucket = m_buckets[index];
+        if (std::size_t(k) < m_next.size())
+            m_next[std::size_t(k)] = bucket.head;
+        else
+            m_next.push_back(bucket.head);
+        bucket.head = k;
+        bucket.cells |= bit;
+    }
+
+    // The cells that may hold a partner of v.
+    static int Neighbours(double v, std::uint64_t *cells)
+    {
+        const double q = v * 250.0;
+        const double cell = std::floor(q) + 0.0;
+        int count = 0;
+        if (std::abs(q) < 0x1p40) {
+            // q is exact to 2^-14 here; a partner lies within 0.2502 cells.
+            const double offset = q - cell;
+            if (offset < 0.2504)
+                cells[count++] = Code(cell - 1.0);
+            cells[count++] = Code(cell);
+            if (offset > 0.7496)
+                cells[count++] = Code(cell + 1.0);
+            return count;
+        }
+        cells[count++] = Code(cell);
+        for (double other : {cell - 1.0, cell + 1.0}) {
+            const std::uint64_t code = Code(other + 0.0);
+            if (std::find(cells, cells + count, code) == cells + count)
+                cells[count++] = code;
+        }
+        return count;
+    }
+
+    void Grow()
+    {
+        m_buckets.assign(m_buckets.size() * 2, Bucket{-1, 0});
+        m_mask = m_buckets.size() - 1;
+        for (std::size_t k = 0; k < m_points.size(); ++k)
+            Enter(int(k), m_points[k]);
+    }
+
+    std::vector<Bucket> m_buckets;
+    std::size_t m_mask = 0;
+    std::vector<const p2t::Point *> m_points;
+    std::vector<int> m_next;
+};
+
+// ---------------------------------------------------------------------------
+// The repeat walk
+
+// Owns the p2t points of one call. The storage is reserved once for every input point, so the pointers
+// stay valid while points are added.
+class PointArena
+{
+public:
+    explicit PointArena(std::size_t capacity) { m_points.reserve(capacity); }
+
+    p2t::Point *Make(double x, double y)
+    {
+        m_points.emplace_back(x, y);
+        return &m_points.back();
+    }
+
+    // The position of a point made here, or -1.
+    std::ptrdiff_t IndexOf(const p2t::Point *point) const
+    {
+        if (m_points.empty())
+            return -1;
+        const std::less<const p2t::Point *> before;
+        if (before(point, m_points.data()) || !before(point, m_points.data() + m_points.size()))
+            return -1;
+        return point - m_points.data();
+    }
+
+    std::size_t Size() const { return m_points.size(); }
+
+private:
+    std::vector<p2t::Point> m_points;
+};
+
+// A ring after cleaning: its simplified copy, and the walked points, made from the first points of the
+// copy.
+struct WalkedRing
+{
+    KEZMathSetOfPoints simplified;
+    PointVector points;
+};
+
+// The rings of one call after cleaning. The arena owns every point of the call; the triangulator and the
+// surface rebuild use them up to the end of the call.
+struct CleanedRings
+{
+    // `pointCount` is the number of points of all rings together, which no walk can exceed.
+    explicit CleanedRings(std::size_t pointCount) : arena(pointCount) { }
+    CleanedRings(const CleanedRings &) = delete;
+    CleanedRings &operator=(const CleanedRings &) = delete;
+
+    PointArena arena;
+    WalkedRing outline;
+    PointGrid outlineGrid; // the walked points of the outline
+    // Every further ring of at least 3 points, walked, in input order. Every walked hole stays here until
+    // the triangulator is gone, the rejected ones too.
+    std::vector<WalkedRing> holes;
+};
+
+// Cleans the outline, rings.first(), and then every further ring of at least 3 points. Gives false, with
+// no hole walked, when fewer than 3 points of the outline are accepted: nothing is triangulated then.
+bool CleanRings(const QList<KEZMathSetOfPoints> &rings, CleanedRings &cleaned);
+
+} // namespace KEZVisFilledPolygon
+
+#endif // KEZVISREPFACTORYRINGCLEANING_P_H

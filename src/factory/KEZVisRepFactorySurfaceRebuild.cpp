@@ -1,0 +1,305 @@
+// Surface rebuild for the filled polygons of KEZVisRepFactory: the mesh points and the corners of the
+// triangles are indexed again by vertex keys of three decimals, and become a surface primitive.
+
+#include "factory/KEZVisRepFactorySurfaceRebuild_p.h"
+#include "factory/KEZVisRepFactory_p.h"
+
+#include <KEZMathPoint.h>
+
+#include <QByteArray>
+#include <QHash>
+
+#include <climits>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace KEZVisFilledPolygon {
+
+namespace {
+
+// ---------------------------------------------------------------------------
+// Vertex keys
+//
+// A vertex key is QByteArray::number(x, 'f', 3), a comma, the same of y, a comma, the same of z. The keys
+// are not built as text: each coordinate is reduced to what its text says, a whole number of thousandths
+// with a flag for "-0.000", which is what the text of a negative value that rounds to zero reads. Where
+// the rounding of v * 1000 can't be told safely (near a half, or beyond 1e9) the text itself is made and
+// read back, and beyond 2^53 or for NaN and infinities the text is kept as it is. Equal texts thus give
+// equal parts and different texts different parts, as the text keys would.
+
+// One coordinate of a key: a value and its kind, 0 for a number of thousandths, 1 for "-0.000" and 2 for
+// the number of a kept text.
+struct KeyPart
+{
+    std::int64_t value;
+    std::uint8_t kind;
+};
+
+struct VertexKey
+{
+    std::int64_t value[3];
+    std::uint8_t kind[3];
+    bool operator==(const VertexKey &other) const
+    {
+        return value[0] == other.value[0] && value[1] == other.value[1] && value[2] == other.value[2]
+            && kind[0] == other.kind[0] && kind[1] == other.kind[1] && kind[2] == other.kind[2];
+    }
+};
+
+class KeyMaker
+{
+public:
+    VertexKey Make(double x, double y, double z)
+    {
+        const KeyPart px = Part(x), py = Part(y), pz = Part(z);
+        return VertexKey{{px.value, py.value, pz.value}, {px.kind, py.kind, pz.kind}};
+    }
+
+private:
+    KeyPart Part(double v)
+    {
+        if (std::abs(v) < 1e9) {
+            const double thousandths = v * 1000.0; // off by at most 2^-13 here
+            const double whole = std::floor(thousandths);
+            const double fraction = thousandths - whole;
+            if (std::abs(fraction - 0.5) > 1e-3) {
+                const std::int64_t value = std::int64_t(whole) + (fraction > 0.5 ? 1 : 0);
+                return KeyPart{value, std::uint8_t(value == 0 && v < 0 ? 1 : 0)};
+            }
+        }
+        return FromText(v);
+    }
+
+    KeyPart FromText(double v)
+    {
+        const QByteArray text = QByteArray::number(v, 'f', 3);
+        if (std::abs(v) < 0x1p53) {
+            // "[-]digits.ddd": at most 16 digits before the point, so the thousandths fit 64 bits.
+            std::int64_t value = 0;
+            for (char c : text) {
+                if (c >= '0' && c <= '9')
+                    value = value * 10 + (c - '0');
+            }
+            const bool negative = text.startsWith('-');
+            if (value == 0)
+                return KeyPart{0, std::uint8_t(negative ? 1 : 0)};
+            return KeyPart{negative ? -value : value, 0};
+        }
+        const auto known = m_texts.constFind(text);
+        if (known != m_texts.constEnd())
+            return KeyPart{*known, 2};
+        const std::int64_t number = m_texts.size();
+        m_texts.insert(text, number);
+        return KeyPart{number, 2};
+    }
+
+    QHash<QByteArray, std::int64_t> m_texts;
+};
+
+inline std::uint64_t HashOf(const VertexKey &key)
+{
+    std::uint64_t h = 0x84222325CBF29CE4ull;
+    for (int i = 0; i < 3; ++i) {
+        h ^= std::uint64_t(key.value[i]) + 0x9E3779B97F4A7C15ull + std::uint64_t(key.kind[i]) * 0x100000001B3ull;
+        h *= 0xBF58476D1CE4E5B9ull;
+        h ^= h >> 29;
+    }
+    h *= 0x94D049BB133111EBull;
+    h ^= h >> 32;
+    return h;
+}
+
+// An open-addressing map from vertex keys to vertex positions. The keys themselves live in `keys`, one a
+// position; a slot holds a position and part of the key's hash.
+class VertexMap
+{
+public:
+    VertexMap(const std::vector<VertexKey> &keys, std::size_t expected) : m_keys(keys)
+    {
+        std::size_t capacity = 16;
+        while (capacity < 2 * expected)
+            capacity *= 2;
+        m_slots.assign(capacity, Slot{0, -1});
+        m_mask = capacity - 1;
+    }
+
+    // Asks the processor to fetch the first slot of a hash that is going to be looked up soon.
+    void Prefetch(std::uint64_t hash) const
+    {
+#if defined(__GNUC__) || defined(__clang__)
+        const Slot *slot = m_slots.data() + (std::size_t(hash >> 32) & m_mask);
+        asm volatile("" : "+r"(slot)); // keeps GCC from dropping the prefetch
+        __builtin_prefetch(slot);
+#else
+        Q_UNUSED(hash);
+#endif
+    }
+
+    // The position of the key if it is there; otherwise enters it with `position` (keys[position] must be
+    // the key) and gives -1.
+    int InsertIfAbsent(const VertexKey &key, std::uint64_t hash, int position)
+    {
+        if (2 * (m_used + 1) > m_slots.size())
+            Grow();
+        Slot &slot = m_slots[Find(key, hash)];
+        if (slot.position >= 0)
+            return slot.position;
+        ++m_used;
+        slot = Slot{std::uint32_t(hash), position};
+        return -1;
+    }
+
+private:
+    struct Slot
+    {
+        std::uint32_t hash;
+        int position;
+    };
+
+    std::size_t Find(const VertexKey &key, std::uint64_t hash) const
+    {
+        std::size_t index = std::size_t(hash >> 32) & m_mask;
+        while (m_slots[index].position >= 0
+               && (m_slots[index].hash != std::uint32_t(hash) || !(m_keys[std::size_t(m_slots[index].position)] == key)))
+            index = (index + 1) & m_mask;
+        return index;
+    }
+
+    void Grow()
+    {
+        std::vector<Slot> old;
+        old.swap(m_slots);
+        m_slots.assign(old.size() * 2, Slot{0, -1});
+        m_mask = m_slots.size() - 1;
+        for (const Slot &slot : old) {
+            if (slot.position >= 0) {
+                const VertexKey &key = m_keys[std::size_t(slot.position)];
+                m_slots[Find(key, HashOf(key))] = slot;
+            }
+        }
+    }
+
+    const std::vector<VertexKey> &m_keys;
+    std::vector<Slot> m_slots;
+    std::size_t m_mask = 0;
+    std::size_t m_used = 0;
+};
+
+} // namespace
+
+// ---------------------------------------------------------------------------
+// Mesh points
+
+MeshPoints CollectMeshPoints(const CleanedRings &rings, const std::vector<const WalkedRing *> &insideHoles,
+                             std::vector<int> &meshPointOfArena)
+{
+    const WalkedRing &outline = rings.outline;
+    std::size_t count = outline.points.size();
+    for (const WalkedRing *hole : insideHoles)
+        count += hole->points.size();
+
+    MeshPoints meshPoints;
+    meshPoints.reserve(count);
+    meshPointOfArena.assign(rings.arena.Size(), -1);
+    for (std::size_t i = 0; i < outline.points.size(); ++i) {
+        meshPointOfArena[std::size_t(rings.arena.IndexOf(outline.points[i]))] = int(i);
+        meshPoints.push_back(&outline.simplified.at(qsizetype(i)));
+    }
+    for (const WalkedRing *hole : insideHoles) {
+        for (std::size_t k = 0; k < hole->points.size(); ++k) {
+            meshPointOfArena[std::size_t(rings.arena.IndexOf(hole->points[k]))] = int(meshPoints.size());
+            meshPoints.push_back(&hole->simplified.at(qsizetype(k)));
+        }
+    }
+    return meshPoints;
+}
+
+// ---------------------------------------------------------------------------
+// BuildSurfaceFromTriangles
+
+KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const MeshPoints &meshPoints, const TriangleCorners &triangleCorners)
+{
+    const std::size_t cornerCount = triangleCorners.points.size();
+    const std::size_t triangleCount = cornerCount / 3;
+    const std::size_t meshCount = std::size_t(meshPoints.size());
+    constexpr std::size_t kMaxCount = std::size_t(INT_MAX) / 3;
+    if (triangleCount > kMaxCount || meshCount > kMaxCount)
+        return nullptr;
+
+    KeyMaker keyMaker;
+    std::vector<VertexKey> keys; // the key of each vertex position
+    keys.reserve(meshCount + triangleCorners.arena->Size());
+    for (std::size_t i = 0; i < meshCount; ++i) {
+        const KEZMathPoint &point = *meshPoints[i];
+        keys.push_back(keyMaker.Make(point.GetX(), point.GetY(), point.GetZ()));
+    }
+    std::vector<std::uint64_t> hashes(meshCount);
+    for (std::size_t i = 0; i < meshCount; ++i)
+        hashes[i] = HashOf(keys[i]);
+    VertexMap map(keys, meshCount);
+    std::vector<int> lastOfKey(meshCount);
+    constexpr std::size_t kAhead = 16;
+    for (std::size_t i = meshCount; i-- > 0;) {
+        if (i >= kAhead)
+            map.Prefetch(hashes[i - kAhead]);
+        const int later = map.InsertIfAbsent(keys[i], hashes[i], int(i));
+        lastOfKey[i] = later >= 0 ? later : int(i);
+    }
+
+    // The vertex of each point of the triangulator, where it follows from its mesh point; -1 where it is
+    // still to be looked up.
+    const VertexKey zero = keyMaker.Make(0.0, 0.0, 0.0);
+    const std::size_t arenaSize = triangleCorners.arena->Size();
+    std::vector<int> vertexOfArena(arenaSize, -1);
+    for (std::size_t a = 0; a < arenaSize; ++a) {
+        const int mesh = triangleCorners.meshPointOfArena[a];
+        if (mesh >= 0 && keys[std::size_t(mesh)].value[2] == zero.value[2]
+            && keys[std::size_t(mesh)].kind[2] == zero.kind[2])
+            vertexOfArena[a] = lastOfKey[std::size_t(mesh)];
+    }
+
+    std::vector<const p2t::Point *> added; // corners that became new vertices
+    std::unique_ptr<int[]> indexes(new int[3 * triangleCount]);
+    std::size_t vertexCount = meshCount;
+    for (std::size_t c = 0; c < 3 * triangleCount; ++c) {
+        const p2t::Point *corner = triangleCorners.points[c];
+        const std::ptrdiff_t slot = triangleCorners.arena->IndexOf(corner);
+        int vertex = slot >= 0 ? vertexOfArena[std::size_t(slot)] : -1;
+        if (vertex < 0) {
+            const VertexKey key = keyMaker.Make(corner->x, corner->y, 0.0);
+            keys.push_back(key);
+            vertex = map.InsertIfAbsent(key, HashOf(key), int(vertexCount));
+            if (vertex < 0) {
+                if (vertexCount >= kMaxCount)
+                    return nullptr;
+                vertex = int(vertexCount++);
+                added.push_back(corner);
+            } else {
+                keys.pop_back();
+            }
+            if (slot >= 0)
+                vertexOfArena[std::size_t(slot)] = vertex;
+        }
+        indexes[c] = vertex;
+    }
+
+    std::unique_ptr<double[]> coords(new double[3 * vertexCount]);
+    for (std::size_t i = 0; i < meshCount; ++i) {
+        double *v = coords.get() + 3 * i;
+        meshPoints[i]->GetCoord(v[0], v[1], v[2]);
+    }
+    for (std::size_t i = 0; i < added.size(); ++i) {
+        double *v = coords.get() + 3 * (meshCount + i);
+        v[0] = added[i]->x;
+        v[1] = added[i]->y;
+        v[2] = 0.0;
+    }
+    return KEZVisRepFactoryPrivate::CreateSurface(qint64(vertexCount), std::move(coords), qint64(triangleCount),
+                                                  std::move(indexes), nullptr);
+}
+
+} // namespace KEZVisFilledPolygon
