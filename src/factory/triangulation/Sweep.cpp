@@ -75,6 +75,12 @@ const char *const kEndlessLoopMessage = "[BUG:FIXME] Endless loop";
 // many holes stay well below it.
 constexpr std::uint64_t kSweepWorkPerPoint = 32;
 constexpr std::uint64_t kSweepWorkAllowance = 8192;
+// Boundaries that turn away from the region at fewer than this share of their vertices (smooth convex
+// curves, densely sampled straight edges, outlines refined along their edges) are what the sweep
+// handles worst: incremental insertion builds their mesh from the start. Outlines with many features
+// (spikes, lobes) and polygons with many holes (every hole vertex turns away from the region) are
+// swept.
+constexpr double kReflexShareOfSweptBoundaries = 0.2;
 // A step along the front is a comparison of two neighbours' y, far cheaper than a flip.
 constexpr std::uint64_t kFrontStepsPerWorkUnit = 8;
 
@@ -368,7 +374,47 @@ bool Sweep::Prepare()
     LargeVector<int> fill(m_edgeOffsets.begin(), m_edgeOffsets.end() - 1);
     for (const auto &edge : edges)
         m_edgeStarts[static_cast<std::size_t>(fill[static_cast<std::size_t>(edge.first)]++)] = edge.second;
+
+    std::vector<int> ring;
+    std::size_t reflex = 0, vertices = 0;
+    for (std::size_t r = 0; r < m_rings.size(); ++r) {
+        ring.clear();
+        for (int in = ringBegin[r]; in < ringBegin[r + 1]; ++in) {
+            const int v = vertexOfInput(in);
+            if (ring.empty() || ring.back() != v)
+                ring.push_back(v);
+        }
+        while (ring.size() > 1 && ring.back() == ring.front())
+            ring.pop_back();
+        vertices += ring.size();
+        reflex += CountReflexVertices(ring, r == 0);
+    }
+    m_mostlyConvex = static_cast<double>(reflex) < kReflexShareOfSweptBoundaries * static_cast<double>(vertices);
     return true;
+}
+
+// The vertices of ring at which the triangulated region's boundary turns away from the region: on the
+// outline, turns against its orientation; on a hole, whose inside is cut out, turns with the hole's
+// orientation. Nearly straight turns (within the collinearity tolerance) count as none.
+std::size_t Sweep::CountReflexVertices(const std::vector<int> &ring, bool outline) const
+{
+    const std::size_t n = ring.size();
+    if (n < 3)
+        return 0;
+    double doubledArea = 0.0;
+    for (std::size_t k = 0; k < n; ++k) {
+        const int a = ring[k], b = ring[k + 1 == n ? 0 : k + 1];
+        doubledArea += X(a) * Y(b) - X(b) * Y(a);
+    }
+    const int orientation = doubledArea > 0.0 ? 1 : -1;
+    const int reflexTurn = outline ? -orientation : orientation;
+    std::size_t reflex = 0;
+    for (std::size_t k = 0; k < n; ++k) {
+        const int turn = Orient(ring[k == 0 ? n - 1 : k - 1], ring[k], ring[k + 1 == n ? 0 : k + 1]);
+        if (turn == reflexTurn)
+            ++reflex;
+    }
+    return reflex;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -1416,6 +1462,7 @@ void Sweep::Run(LargeVector<Triangle> &out)
     if (m_hooks) {
         m_hooks->caughtError.clear();
         m_hooks->sweptPoints = 0;
+        m_hooks->sweepsStarted = 0;
         m_hooks->closingPassRan = false;
         m_hooks->closingFlips = 0;
         m_hooks->inconsistency.clear();
@@ -1430,11 +1477,15 @@ void Sweep::Run(LargeVector<Triangle> &out)
                            && (m_hooks->throwBeforeSweepIndex >= 0 || m_hooks->stallEdgeEvents
                                || m_hooks->loseOppositePoints > 0 || m_hooks->skipSweepLegalization);
     m_mayInsertIncrementally = !disturbed && insertion != Insertion::SweepOnly;
-    const bool incrementalFirst = m_mayInsertIncrementally && insertion == Insertion::IncrementalFirst;
+    const bool incrementalFirst = m_mayInsertIncrementally
+                                  && (insertion == Insertion::IncrementalFirst
+                                      || (insertion == Insertion::Automatic && m_mostlyConvex));
     bool built = incrementalFirst && InsertIncrementally();
     if (incrementalFirst && !built)
         m_mayInsertIncrementally = false; // it failed once; the sweep decides
     while (!built) {
+        if (m_hooks)
+            ++m_hooks->sweepsStarted;
         StartSweep();
         try {
             SweepPoints();
