@@ -288,6 +288,9 @@ bool Sweep::Prepare()
     const int shift = -(exponent + 1);
 
     const std::size_t total = static_cast<std::size_t>(m_count) + 2;
+    // Room for the three corners that incremental insertion adds, so that adding them moves nothing.
+    m_xy.reserve(total + 3);
+    m_links.reserve(total + 3);
     m_xy.assign(total, Coordinates{0.0, 0.0});
     m_links.assign(total, Links{});
     m_points.resize(static_cast<std::size_t>(m_count));
@@ -1105,22 +1108,25 @@ std::uint64_t NextRandom(std::uint64_t &state)
 
 // Position of the cell (x, y) of a 65536 x 65536 grid along a Hilbert curve: each level picks the
 // quadrant (in the curve's order for the current orientation) and turns the remaining coordinates
-// into that quadrant's frame.
+// into that quadrant's frame. Written without branches: which way a point turns at each level is as
+// good as random, and mispredicted branches cost more than the masks.
 std::uint64_t HilbertPosition(std::uint32_t x, std::uint32_t y)
 {
     constexpr std::uint32_t kSide = 1u << 16;
+    constexpr std::uint32_t kMask = kSide - 1;
     std::uint64_t position = 0;
-    for (std::uint32_t half = kSide / 2; half > 0; half /= 2) {
-        const std::uint32_t right = (x & half) ? 1u : 0u;
-        const std::uint32_t up = (y & half) ? 1u : 0u;
-        position += std::uint64_t(half) * half * ((3u * right) ^ up);
-        if (up == 0) {
-            if (right == 1) {
-                x = kSide - 1 - x;
-                y = kSide - 1 - y;
-            }
-            std::swap(x, y);
-        }
+    for (int level = 15; level >= 0; --level) {
+        const std::uint32_t right = (x >> level) & 1u;
+        const std::uint32_t up = (y >> level) & 1u;
+        position += std::uint64_t((3u * right) ^ up) << (2 * level);
+        // In the lower quadrants the frame turns: mirrored in both axes on the right, and then
+        // transposed on both sides.
+        const std::uint32_t mirror = 0u - (right & (up ^ 1u));
+        x ^= mirror & kMask;
+        y ^= mirror & kMask;
+        const std::uint32_t transpose = (x ^ y) & (0u - (up ^ 1u));
+        x ^= transpose;
+        y ^= transpose;
     }
     return position;
 }
@@ -1194,17 +1200,20 @@ void Sweep::InsertPointsIncrementally()
         const auto qy = static_cast<std::uint32_t>(std::min(65535.0, (Y(v) - minY) * cell));
         return HilbertPosition(qx, qy);
     };
-    std::vector<std::pair<std::uint64_t, int>> keyed;
+    // Sorted by Hilbert position, then vertex: the vertex fills the key's low half.
+    LargeVector<PositionedKey> keyed;
+    keyed.reserve(order.size() - order.size() / 2);
     for (std::size_t end = order.size(); end > 0;) {
         const std::size_t begin = end > 64 ? end / 2 : 0;
         keyed.clear();
         for (std::size_t k = begin; k < end; ++k)
-            keyed.emplace_back(key(order[k]), order[k]);
-        std::sort(keyed.begin(), keyed.end());
+            keyed.push_back({key(order[k]) << 32 | static_cast<std::uint32_t>(order[k]), order[k]});
+        SortByKey(keyed, [](const PositionedKey &item) { return item.key; });
         for (std::size_t k = begin; k < end; ++k)
-            order[k] = keyed[k - begin].second;
+            order[k] = keyed[k - begin].position;
         end = begin;
     }
+    LargeVector<PositionedKey>().swap(keyed);
 
     int previous = a;
     for (const int p : order) {
@@ -1223,17 +1232,20 @@ void Sweep::InsertPointsIncrementally()
 // The triangle that contains p, found by walking from start towards p; edge is the index of the
 // edge that p lies on, or -1 when p lies inside. The walk crosses an edge that has p strictly on its
 // far side, trying the edges in a rotating order; in a Delaunay triangulation such a walk always
-// arrives.
+// arrives. The edge it came in through is not tested again: p lies strictly on its near side.
 int Sweep::Locate(int p, int start, int &edge) const
 {
     int t = start;
+    int cameFrom = -1;
+    int rotation = 0;
     const std::size_t limit = m_tris.size() + 16;
     for (std::size_t steps = 0;; ++steps) {
         const Tri &T = m_tris[static_cast<std::size_t>(t)];
         int across = -1;
         edge = -1;
-        for (int k = 0; k < 3; ++k) {
-            const int e = (k + static_cast<int>(steps % 3)) % 3;
+        for (int k = 0, e = rotation; k < 3; ++k, e = Next3(e)) {
+            if (cameFrom >= 0 && T.n[e] == cameFrom)
+                continue;
             const int side = OrientExact(T.v[Next3(e)], T.v[Prev3(e)], p);
             if (side < 0) {
                 across = e;
@@ -1244,7 +1256,9 @@ int Sweep::Locate(int p, int start, int &edge) const
         }
         if (across < 0)
             return t;
+        cameFrom = t;
         t = T.n[across];
+        rotation = Next3(rotation);
         if (t < 0 || steps > limit)
             throw std::runtime_error(kMissingTriangleError);
     }
