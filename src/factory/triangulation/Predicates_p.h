@@ -53,7 +53,8 @@ inline int OrientSign(double ax, double ay, double bx, double by, double cx, dou
 
 // Exact sign of the in-circle determinant: for a counter-clockwise triangle (a, b, c), +1 when d lies
 // strictly inside its circumcircle, -1 strictly outside, 0 on it.
-// Exact while the coordinate differences to d stay above about 2^-256: below that the degree-four
+// Exact while the coordinate differences to d stay above about 2^-256, or while the eight
+// coordinates are multiples of one power of two within 61 bits of it: otherwise the degree-four
 // products of the expansion underflow and the answer may be 0 for a point off the circle, which the
 // sweep then treats as a co-circular tie. The triangulator scales its input to unit extent first,
 // so only points closer together than that fraction of the extent are affected.
