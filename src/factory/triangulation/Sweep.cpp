@@ -1194,31 +1194,60 @@ void Sweep::InsertPointsIncrementally()
     std::uint64_t state = 0x5eed;
     for (std::size_t k = order.size(); k > 1; --k)
         std::swap(order[k - 1], order[static_cast<std::size_t>(NextRandom(state) % k)]);
+    // The Hilbert positions are computed in vertex order, which reads the coordinates in sequence;
+    // the rounds then look them up in a quarter of the space.
     const double cell = 65535.0 / size;
-    auto key = [&](int v) {
+    LargeVector<std::uint32_t> hilbert(static_cast<std::size_t>(m_count));
+    for (int v = 0; v < m_count; ++v) {
         const auto qx = static_cast<std::uint32_t>(std::min(65535.0, (X(v) - minX) * cell));
         const auto qy = static_cast<std::uint32_t>(std::min(65535.0, (Y(v) - minY) * cell));
-        return HilbertPosition(qx, qy);
-    };
+        hilbert[static_cast<std::size_t>(v)] = static_cast<std::uint32_t>(HilbertPosition(qx, qy));
+    }
     // Sorted by Hilbert position, then vertex: the vertex fills the key's low half.
-    LargeVector<PositionedKey> keyed;
+    LargeVector<std::uint64_t> keyed;
     keyed.reserve(order.size() - order.size() / 2);
     for (std::size_t end = order.size(); end > 0;) {
         const std::size_t begin = end > 64 ? end / 2 : 0;
         keyed.clear();
+        for (std::size_t k = begin; k < end; ++k) {
+            const int v = order[k];
+            keyed.push_back(std::uint64_t(hilbert[static_cast<std::size_t>(v)]) << 32 | static_cast<std::uint32_t>(v));
+        }
+        SortByKey(keyed, [](std::uint64_t item) { return item; });
         for (std::size_t k = begin; k < end; ++k)
-            keyed.push_back({key(order[k]) << 32 | static_cast<std::uint32_t>(order[k]), order[k]});
-        SortByKey(keyed, [](const PositionedKey &item) { return item.key; });
-        for (std::size_t k = begin; k < end; ++k)
-            order[k] = keyed[k - begin].position;
+            order[k] = static_cast<int>(keyed[k - begin] & 0xffffffffu);
         end = begin;
     }
-    LargeVector<PositionedKey>().swap(keyed);
+    LargeVector<std::uint64_t>().swap(keyed);
+    LargeVector<std::uint32_t>().swap(hilbert);
+
+    // Consecutive points along the Hilbert curve are usually close, but where the curve moves on to
+    // another quadrant the next point can lie across the cloud, and a walk from the previous point
+    // would cross every thin triangle on the way. A coarse grid remembers the last point inserted in
+    // each of its cells; the walk starts from that point when it is closer than the previous one.
+    const int gridSide = std::clamp(static_cast<int>(std::sqrt(static_cast<double>(m_count))) / 4, 1, 1024);
+    const double gridCell = gridSide / (size * (1.0 + 1e-9));
+    std::vector<int> lastInCell(static_cast<std::size_t>(gridSide) * static_cast<std::size_t>(gridSide), -1);
+    auto cellOf = [&](int v) {
+        const int cx = std::min(gridSide - 1, static_cast<int>((X(v) - minX) * gridCell));
+        const int cy = std::min(gridSide - 1, static_cast<int>((Y(v) - minY) * gridCell));
+        return static_cast<std::size_t>(cy) * static_cast<std::size_t>(gridSide) + static_cast<std::size_t>(cx);
+    };
+    auto squaredDistance = [this](int u, int v) {
+        const double dx = X(u) - X(v), dy = Y(u) - Y(v);
+        return dx * dx + dy * dy;
+    };
 
     int previous = a;
     for (const int p : order) {
+        const std::size_t cell = cellOf(p);
+        int from = previous;
+        const int landmark = lastInCell[cell];
+        if (landmark >= 0 && (previous == a || squaredDistance(landmark, p) < squaredDistance(previous, p)))
+            from = landmark;
+        lastInCell[cell] = p;
         int edge = -1;
-        const int t = Locate(p, TriangleOf(previous), edge);
+        const int t = Locate(p, TriangleOf(from), edge);
         if (edge < 0)
             SplitTriangle(t, p);
         else
