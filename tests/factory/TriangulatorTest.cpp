@@ -858,6 +858,52 @@ TEST(TriangulatorIncremental, TheConvexCornersOfHolesCountAsTurningAwayFromTheIn
     }
 }
 
+TEST(TriangulatorIncremental, LongSmoothLobesSendAnOutlineToIncrementalInsertion)
+{
+    // Eight lobes of 2,500 points: about two fifths of the vertices are concave, but they lie in runs
+    // of hundreds that turn one way. The 64 lobes of the same size stay with the sweep (see above).
+    ScopedHooks scoped;
+    const Polygon lobes = Rosette(20000, 8.0, 0.2);
+    const Result result = Triangulate(lobes);
+    EXPECT_TRUE(scoped.hooks.insertedIncrementally);
+    EXPECT_EQ(scoped.hooks.sweepsStarted, 0);
+    EXPECT_TRUE(IsValidTriangulation(lobes, result.triangles));
+}
+
+TEST(TriangulatorIncremental, RunsOf512VerticesTurningOneWaySendAnOutlineToIncrementalInsertion)
+{
+    // A square wave of 16 teeth: each tooth's top and each gap's bottom is an arc sampled at m
+    // points, bulging outwards on the teeth and inwards in the gaps, so that the runs alternate
+    // between m vertices turning left and m turning right, with half the vertices concave. The mean
+    // run is about m: 600 goes to incremental insertion, 400 to the sweep.
+    auto wave = [](int m) {
+        Polygon polygon;
+        const double pi = std::acos(-1.0);
+        for (int tooth = 0; tooth < 16; ++tooth) {
+            const double left = 4.0 * tooth;
+            for (int k = 0; k < m; ++k) { // tooth top: an arc over [left, left + 2] at height 10
+                const double angle = pi - pi * (k + 0.5) / m;
+                polygon.outline.push_back({left + 1.0 + std::cos(angle), 10.0 + 0.5 * std::sin(angle)});
+            }
+            for (int k = 0; k < m; ++k) { // gap bottom: an arc under [left + 2, left + 4] at height 5
+                const double angle = pi + pi * (k + 0.5) / m;
+                polygon.outline.push_back({left + 3.0 + std::cos(angle), 5.0 + 0.5 * std::sin(angle)});
+            }
+        }
+        polygon.outline.push_back({64.0, 0.0});
+        polygon.outline.push_back({-1.0, 0.0});
+        return polygon;
+    };
+    ScopedHooks scoped;
+    const Polygon fine = wave(600);
+    const Result result = Triangulate(fine);
+    EXPECT_EQ(scoped.hooks.sweepsStarted, 0);
+    EXPECT_TRUE(scoped.hooks.insertedIncrementally);
+    EXPECT_TRUE(IsValidTriangulation(fine, result.triangles));
+    Triangulate(wave(400));
+    EXPECT_EQ(scoped.hooks.sweepsStarted, 1);
+}
+
 TEST(TriangulatorIncremental, AMostlyConvexOutlineWhoseInsertionFailsIsSwept)
 {
     // A round outline with two crossing square holes: 8 of 208 ring vertices turn away from the

@@ -75,12 +75,14 @@ const char *const kEndlessLoopMessage = "[BUG:FIXME] Endless loop";
 // many holes stay well below it.
 constexpr std::uint64_t kSweepWorkPerPoint = 32;
 constexpr std::uint64_t kSweepWorkAllowance = 8192;
-// Boundaries that turn away from the region at fewer than this share of their vertices (smooth convex
-// curves, densely sampled straight edges, outlines refined along their edges) are what the sweep
-// handles worst: incremental insertion builds their mesh from the start. Outlines with many features
-// (spikes, lobes) and polygons with many holes (every hole vertex turns away from the region) are
-// swept.
+// Rings that the sweep handles worst are built by incremental insertion from the start: those whose
+// boundary turns away from the region at fewer than this share of their vertices (smooth convex
+// curves, densely sampled straight edges, outlines refined along their edges)...
 constexpr double kReflexShareOfSweptBoundaries = 0.2;
+// ...and those whose vertices lie, on average, in runs this long that turn one way (densely sampled
+// lobes and arcs). Outlines with many features (spikes, small lobes) and polygons with many holes of
+// modest sampling are swept.
+constexpr double kSmoothRunOfSweptBoundaries = 512.0;
 // A step along the front is a comparison of two neighbours' y, far cheaper than a flip.
 constexpr std::uint64_t kFrontStepsPerWorkUnit = 8;
 
@@ -379,7 +381,8 @@ bool Sweep::Prepare()
         m_edgeStarts[static_cast<std::size_t>(fill[static_cast<std::size_t>(edge.first)]++)] = edge.second;
 
     std::vector<int> ring;
-    std::size_t reflex = 0, vertices = 0;
+    RingShape shape;
+    std::size_t vertices = 0;
     for (std::size_t r = 0; r < m_rings.size(); ++r) {
         ring.clear();
         for (int in = ringBegin[r]; in < ringBegin[r + 1]; ++in) {
@@ -390,20 +393,27 @@ bool Sweep::Prepare()
         while (ring.size() > 1 && ring.back() == ring.front())
             ring.pop_back();
         vertices += ring.size();
-        reflex += CountReflexVertices(ring, r == 0);
+        MeasureRing(ring, r == 0, shape);
     }
-    m_mostlyConvex = static_cast<double>(reflex) < kReflexShareOfSweptBoundaries * static_cast<double>(vertices);
+    const double count = static_cast<double>(vertices);
+    m_smoothRings = static_cast<double>(shape.reflex) < kReflexShareOfSweptBoundaries * count
+                    || shape.squaredRuns >= kSmoothRunOfSweptBoundaries * count;
     return true;
 }
 
-// The vertices of ring at which the triangulated region's boundary turns away from the region: on the
-// outline, turns against its orientation; on a hole, whose inside is cut out, turns with the hole's
-// orientation. Nearly straight turns (within the collinearity tolerance) count as none.
-std::size_t Sweep::CountReflexVertices(const std::vector<int> &ring, bool outline) const
+// Adds to shape what ring contributes. Reflex vertices are those at which the triangulated region's
+// boundary turns away from the region: on the outline, turns against its orientation; on a hole,
+// whose inside is cut out, turns with the hole's orientation. Runs are the maximal stretches of
+// vertices that turn one way (straight vertices, within the collinearity tolerance, join either);
+// each adds its length squared, so that the sum over the vertices' count is the mean length of the
+// run a vertex lies in.
+void Sweep::MeasureRing(const std::vector<int> &ring, bool outline, RingShape &shape) const
 {
     const std::size_t n = ring.size();
-    if (n < 3)
-        return 0;
+    if (n < 3) {
+        shape.squaredRuns += static_cast<double>(n);
+        return;
+    }
     double doubledArea = 0.0;
     for (std::size_t k = 0; k < n; ++k) {
         const int a = ring[k], b = ring[k + 1 == n ? 0 : k + 1];
@@ -411,13 +421,21 @@ std::size_t Sweep::CountReflexVertices(const std::vector<int> &ring, bool outlin
     }
     const int orientation = doubledArea > 0.0 ? 1 : -1;
     const int reflexTurn = outline ? -orientation : orientation;
-    std::size_t reflex = 0;
+    double run = 0.0;
+    int runTurn = 0;
     for (std::size_t k = 0; k < n; ++k) {
         const int turn = Orient(ring[k == 0 ? n - 1 : k - 1], ring[k], ring[k + 1 == n ? 0 : k + 1]);
         if (turn == reflexTurn)
-            ++reflex;
+            ++shape.reflex;
+        if (turn != 0 && runTurn != 0 && turn != runTurn) {
+            shape.squaredRuns += run * run;
+            run = 0.0;
+        }
+        if (turn != 0)
+            runTurn = turn;
+        ++run;
     }
-    return reflex;
+    shape.squaredRuns += run * run;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -1522,7 +1540,7 @@ void Sweep::Run(LargeVector<Triangle> &out)
     m_mayInsertIncrementally = !disturbed && insertion != Insertion::SweepOnly;
     const bool incrementalFirst = m_mayInsertIncrementally
                                   && (insertion == Insertion::IncrementalFirst
-                                      || (insertion == Insertion::Automatic && m_mostlyConvex));
+                                      || (insertion == Insertion::Automatic && m_smoothRings));
     bool built = incrementalFirst && InsertIncrementally();
     if (incrementalFirst && !built)
         m_mayInsertIncrementally = false; // it failed once; the sweep decides

@@ -37,7 +37,7 @@ struct TestHooks
     // ends up in inconsistency.
     bool verifyEveryStep = false;
     // How the mesh is built: as production code does it (Automatic: rings that are mostly convex or
-    // straight by incremental insertion, falling back to the sweep if it fails, and others by the
+    // straight, or smooth over long runs, by incremental insertion, falling back to the sweep if it fails, and others by the
     // sweep, switching to incremental insertion when the sweep's work outgrows its budget); by the
     // sweep alone (SweepOnly); or by incremental insertion from the start, falling back to the sweep
     // if it fails (IncrementalFirst).
