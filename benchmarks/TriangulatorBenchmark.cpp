@@ -33,9 +33,13 @@
 #endif
 
 #include <malloc.h>
+#include <sys/mman.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -48,8 +52,10 @@
 #include <vector>
 
 // Heap accounting: the process's malloc family is wrapped (the executable's definitions take
-// precedence over the C library's), so that every allocation, operator new's and the triangulator's
-// large aligned arrays alike, adds its usable size to the bytes in use.
+// precedence over the C library's), so that every allocation, operator new's among them, adds its
+// usable size to the bytes in use; so are mmap and munmap, through which the triangulator maps its
+// large arrays, for anonymous memory (the C library's own mappings for large blocks do not pass
+// through them and are counted as allocations).
 extern "C" {
 void *__libc_malloc(std::size_t);
 void *__libc_calloc(std::size_t, std::size_t);
@@ -63,16 +69,18 @@ namespace {
 std::atomic<long long> g_heapInUse{0};
 std::atomic<long long> g_heapPeak{0};
 
+void CountBytes(long long bytes)
+{
+    const long long now = g_heapInUse.fetch_add(bytes, std::memory_order_relaxed) + bytes;
+    long long peak = g_heapPeak.load(std::memory_order_relaxed);
+    while (now > peak && !g_heapPeak.compare_exchange_weak(peak, now, std::memory_order_relaxed)) {
+    }
+}
+
 void *Counted(void *p)
 {
-    if (p) {
-        const long long now = g_heapInUse.fetch_add(static_cast<long long>(malloc_usable_size(p)),
-                                                    std::memory_order_relaxed)
-                              + static_cast<long long>(malloc_usable_size(p));
-        long long peak = g_heapPeak.load(std::memory_order_relaxed);
-        while (now > peak && !g_heapPeak.compare_exchange_weak(peak, now, std::memory_order_relaxed)) {
-        }
-    }
+    if (p)
+        CountBytes(static_cast<long long>(malloc_usable_size(p)));
     return p;
 }
 
@@ -136,6 +144,28 @@ void free(void *p)
 {
     Uncount(p);
     __libc_free(p);
+}
+void *mmap(void *address, std::size_t length, int protection, int flags, int descriptor, off_t offset)
+{
+    const long result = syscall(SYS_mmap, address, length, protection, flags, descriptor, offset);
+    if (result < 0 && result > -4096) {
+        errno = static_cast<int>(-result);
+        return MAP_FAILED;
+    }
+    void *mapped = reinterpret_cast<void *>(result);
+    if (flags & MAP_ANONYMOUS)
+        CountBytes(static_cast<long long>(length));
+    return mapped;
+}
+int munmap(void *address, std::size_t length)
+{
+    const long result = syscall(SYS_munmap, address, length);
+    if (result < 0) {
+        errno = static_cast<int>(-result);
+        return -1;
+    }
+    CountBytes(-static_cast<long long>(length));
+    return 0;
 }
 }
 

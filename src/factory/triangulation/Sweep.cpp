@@ -1158,7 +1158,8 @@ void Sweep::StartSweep()
     m_xy.resize(vertices);
     m_links.assign(vertices, Links{});
     m_tris.clear();
-    m_tris.reserve(2 * vertices + 16);
+    // Room for the triangles of either way: incremental insertion adds three corners to the vertices.
+    m_tris.reserve(2 * (vertices + 3) + 16);
     m_front.Reset(m_count + 2);
     m_legalize.clear();
     m_legalizationComplete = true;
@@ -1204,7 +1205,7 @@ void Sweep::InsertPointsIncrementally()
     m_xy.push_back(Coordinates{centerX + 32 * size, centerY - 16 * size});
     m_xy.push_back(Coordinates{centerX, centerY + 32 * size});
     m_links.resize(m_xy.size());
-    m_tris.reserve(2 * m_xy.size() + 16);
+    m_tris.reserve(2 * m_xy.size() + 16); // as reserved by StartSweep already
     NewTriangle(a, b, c);
 
     std::vector<int> order(static_cast<std::size_t>(m_count));
@@ -1463,12 +1464,25 @@ void Sweep::Finalize(LargeVector<Triangle> &out)
     if (!m_legalizationComplete || (m_hooks && m_hooks->forceClosingPass))
         RestoreDelaunay(result, inside);
 
+    // Only the triangles and the input points are read from here on: what else the run kept is
+    // given back before the output is allocated, which lowers the run's peak of memory.
+    ReleaseWorkingArrays();
     out.reserve(out.size() + result.size());
     for (int t : result) {
         const Tri &T = m_tris[static_cast<std::size_t>(t)];
         out.emplace_back(m_points[static_cast<std::size_t>(T.v[0])], m_points[static_cast<std::size_t>(T.v[1])],
                          m_points[static_cast<std::size_t>(T.v[2])]);
     }
+}
+
+void Sweep::ReleaseWorkingArrays()
+{
+    LargeVector<Links>().swap(m_links);
+    LargeVector<int>().swap(m_rank);
+    LargeVector<int>().swap(m_vertexOfRank);
+    LargeVector<int>().swap(m_edgeOffsets);
+    LargeVector<int>().swap(m_edgeStarts);
+    m_front.Reset(0);
 }
 
 // Closing Delaunay pass over the collected triangles: flips between two collected triangles keep

@@ -86,6 +86,7 @@ private:
     void SplitTriangle(int t, int p);
     void SplitEdge(int t, int e, int p);
     void Finalize(LargeVector<Triangle> &out);
+    void ReleaseWorkingArrays();
     void RestoreDelaunay(const LargeVector<int> &result, const LargeVector<char> &inside);
     int FindStartTriangle(int v0, int v1, bool insideOnLeft);
     void BreakFrontAround(int v);
