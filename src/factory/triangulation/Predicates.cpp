@@ -30,7 +30,6 @@ namespace detail {
 namespace {
 
 constexpr double kUnitRoundoff = 1.1102230246251565e-16; // 2^-53
-constexpr double kInCircleErrorBound = (10.0 + 96.0 * kUnitRoundoff) * kUnitRoundoff;
 constexpr double kSplitter = 134217729.0; // 2^27 + 1, splits a double into two 26-bit halves
 
 // s + e == a + b exactly, s the rounded sum.
@@ -474,30 +473,9 @@ int OrientSignExact(double ax, double ay, double bx, double by, double cx, doubl
     return OrientExact(ax, ay, bx, by, cx, cy);
 }
 
-int InCircleSign(double ax, double ay, double bx, double by, double cx, double cy, double dx,
-                 double dy)
+int InCircleSignExact(double ax, double ay, double bx, double by, double cx, double cy, double dx,
+                      double dy)
 {
-    const double adx = ax - dx, ady = ay - dy;
-    const double bdx = bx - dx, bdy = by - dy;
-    const double cdx = cx - dx, cdy = cy - dy;
-
-    const double bdxcdy = bdx * cdy, cdxbdy = cdx * bdy;
-    const double cdxady = cdx * ady, adxcdy = adx * cdy;
-    const double adxbdy = adx * bdy, bdxady = bdx * ady;
-    const double aLift = adx * adx + ady * ady;
-    const double bLift = bdx * bdx + bdy * bdy;
-    const double cLift = cdx * cdx + cdy * cdy;
-
-    const double det = aLift * (bdxcdy - cdxbdy) + bLift * (cdxady - adxcdy)
-                       + cLift * (adxbdy - bdxady);
-    const double permanent = (std::fabs(bdxcdy) + std::fabs(cdxbdy)) * aLift
-                             + (std::fabs(cdxady) + std::fabs(adxcdy)) * bLift
-                             + (std::fabs(adxbdy) + std::fabs(bdxady)) * cLift;
-    const double bound = kInCircleErrorBound * permanent;
-    if (det > bound)
-        return 1;
-    if (-det > bound)
-        return -1;
     return InCircleExact(ax, ay, bx, by, cx, cy, dx, dy);
 }
 
