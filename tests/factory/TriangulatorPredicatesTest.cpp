@@ -5,7 +5,9 @@
 // equation is known. The inputs are chosen so that each evaluation stage of the in-circle test is
 // reached: the floating-point filter, the integer stage (coordinate differences that fit one
 // fixed-point scale of at most 62 bits), the expansion of the differences as doubles (a wider span
-// of bits) and the general expansion (differences below 2^-200).
+// of bits), the integer stage on the coordinates (differences that are not doubles, coordinates on
+// one scale of at most 61 bits) and the general expansion (differences below 2^-200, or coordinates
+// of very different magnitudes).
 #include "triangulation/Predicates_p.h"
 
 #include <gtest/gtest.h>
@@ -220,11 +222,10 @@ TEST(TriangulatorExactPredicates, InCircleIsExactForDifferencesBelowTwoToTheMinu
     }
 }
 
-// Disabled: below about 2^-256 the products of the general expansion underflow and InCircleSign
-// answers 0 for every input, even the centre of the circle, instead of the exact sign its header
-// promises. Enable once the expansion stage rescales such input (scaling all coordinates by a power
-// of two leaves the sign unchanged).
-TEST(TriangulatorExactPredicates, DISABLED_InCircleIsExactForDifferencesThatUnderflowTheExpansion)
+// Below about 2^-256 the products of the general expansion underflow; these coordinates are all
+// multiples of one power of two within 61 bits of it, so the integer stage on the coordinates answers
+// before the expansion is reached.
+TEST(TriangulatorExactPredicates, InCircleIsExactForTinyCoordinatesOnOneFixedPointScale)
 {
     // 2^-300 keeps the coordinates normal; 2^-1070 makes them subnormal (and still exact: multiples of
     // 2^-1074).
@@ -238,6 +239,48 @@ TEST(TriangulatorExactPredicates, DISABLED_InCircleIsExactForDifferencesThatUnde
         EXPECT_EQ(InCircle(a, b, c, {0, 0}), 1) << exponent;
         EXPECT_EQ(InCircle(a, b, c, {6 * s, 0}), -1) << exponent;
     }
+}
+
+namespace {
+
+// An isosceles trapezoid symmetric about the y axis is cyclic: the circle through (x1, y1), (-x1, y1)
+// and (-x2, y2) has its centre on the axis and passes through (x2, y2) too. With x1 = 0.3 and
+// x2 = 0.7 that centre is (0, 0.25): equal distances to (0.3, 0.9) and (0.7, 0.1) give
+// 0.09 + (0.9 - yc)^2 = 0.49 + (0.1 - yc)^2, so yc = 0.25 (as exactly as the doubles are symmetric).
+// Moving (0.7, 0.1) up moves it towards the centre, which lies above it: inside; down: outside.
+struct Trapezoid
+{
+    double x1, y1, x2, y2;
+    int Test(Pt d) const { return InCircle({x1, y1}, {-x1, y1}, {-x2, y2}, d); }
+};
+
+} // namespace
+
+TEST(TriangulatorExactPredicates, InCircleIsExactForPointsWhoseDifferencesAreNotDoubles)
+{
+    // The differences x1 - (-x2) = x1 + x2 need more bits than a double has, so the stages on the
+    // differences cannot take them; the coordinates share one fixed-point scale.
+    const Trapezoid trapezoid{0.3, 0.9, 0.7, 0.1};
+    const double sum = 0.3 + 0.7;
+    const double virtualX2 = sum - 0.3;
+    const double roundingError = (0.3 - (sum - virtualX2)) + (0.7 - virtualX2); // Knuth's two-sum
+    ASSERT_NE(roundingError, 0.0);
+    EXPECT_EQ(trapezoid.Test({0.7, 0.1}), 0);
+    EXPECT_EQ(trapezoid.Test({0.7, std::nextafter(0.1, kInfinity)}), 1);
+    EXPECT_EQ(trapezoid.Test({0.7, std::nextafter(0.1, 0.0)}), -1);
+    EXPECT_EQ(trapezoid.Test({std::nextafter(0.7, kInfinity), 0.1}), -1);
+    EXPECT_EQ(trapezoid.Test({0.0, 0.25}), 1);
+}
+
+TEST(TriangulatorExactPredicates, InCircleIsExactForFarApartPointsOfVeryDifferentMagnitudes)
+{
+    // x1 = 2^-70 puts 124 bits between the finest unit and the largest coordinate: only the general
+    // expansion is exact here. The trapezoid is still cyclic by its symmetry.
+    const double x1 = std::ldexp(1.0, -70);
+    const Trapezoid trapezoid{x1, 0.9, 0.7, 0.1};
+    EXPECT_EQ(trapezoid.Test({0.7, 0.1}), 0);
+    EXPECT_EQ(trapezoid.Test({0.7, std::nextafter(0.1, kInfinity)}), 1);
+    EXPECT_EQ(trapezoid.Test({0.7, std::nextafter(0.1, 0.0)}), -1);
 }
 
 // ---------------------------------------------------------------------------------------------

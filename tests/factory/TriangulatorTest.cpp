@@ -767,8 +767,9 @@ TEST(TriangulatorIncremental, LongSmoothAndStraightOutlinesGiveWayToIncrementalI
         EXPECT_TRUE(scoped.hooks.insertedIncrementally) << polygon.PointCount();
         EXPECT_TRUE(scoped.hooks.caughtError.empty());
         EXPECT_EQ(scoped.hooks.sweptPoints, static_cast<int>(polygon.PointCount()));
-        // The sweep gave way after at most 32 units of work a point and a fixed allowance, and
-        // incremental insertion needs a few flips a point: the whole run stays linear.
+        // Either the rings sent the input to incremental insertion at once, or the sweep gave way
+        // after at most 32 units of work a point and a fixed allowance; incremental insertion needs
+        // a few flips a point: the whole run stays linear.
         EXPECT_LT(scoped.hooks.work, 48u * polygon.PointCount());
         EXPECT_FALSE(scoped.hooks.closingPassRan);
         EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
@@ -781,8 +782,160 @@ TEST(TriangulatorIncremental, OutlinesOfManyFeaturesAndGridsOfHolesStayWithTheSw
     for (const Polygon &polygon : {Star(20000, 33), JitteredHoleGrid(40, 34), RegularHoleGrid(40), Rosette(20000, 64.0, 0.2)}) {
         Triangulate(polygon);
         EXPECT_FALSE(scoped.hooks.insertedIncrementally) << polygon.PointCount();
+        EXPECT_EQ(scoped.hooks.sweepsStarted, 1);
         EXPECT_LT(scoped.hooks.work, 32u * polygon.PointCount());
     }
+}
+
+TEST(TriangulatorIncremental, MostlyConvexOrStraightRingsAreInsertedIncrementallyWithoutSweeping)
+{
+    ScopedHooks scoped;
+    for (const Polygon &polygon : {Rosette(2000, 1.0, 0.3), RegularPolygon(2000), SubdividedQuadrilateral(500)}) {
+        const Result result = Triangulate(polygon);
+        EXPECT_TRUE(scoped.hooks.insertedIncrementally) << polygon.PointCount();
+        EXPECT_EQ(scoped.hooks.sweepsStarted, 0) << polygon.PointCount();
+        EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+    }
+}
+
+namespace {
+
+// A regular polygon of 100 points on the unit circle with the points at the given positions pulled
+// in to radius 0.9: each pulled point is a concave corner of the outline, every other point a convex
+// one.
+Polygon RegularPolygonWithDents(const std::vector<int> &dents)
+{
+    Polygon polygon = RegularPolygon(100);
+    for (int k : dents) {
+        polygon.outline[static_cast<std::size_t>(k)].x *= 0.9;
+        polygon.outline[static_cast<std::size_t>(k)].y *= 0.9;
+    }
+    return polygon;
+}
+
+std::vector<int> EveryFifthUpTo(int last)
+{
+    std::vector<int> positions;
+    for (int k = 0; k <= last; k += 5)
+        positions.push_back(k);
+    return positions;
+}
+
+} // namespace
+
+TEST(TriangulatorIncremental, AFifthOfConcaveCornersSendsAnOutlineToTheSweep)
+{
+    ScopedHooks scoped;
+    const Polygon nineteen = RegularPolygonWithDents(EveryFifthUpTo(90));
+    ASSERT_EQ(nineteen.outline.size(), 100u);
+    Triangulate(nineteen);
+    EXPECT_EQ(scoped.hooks.sweepsStarted, 0);
+    EXPECT_TRUE(scoped.hooks.insertedIncrementally);
+
+    const Polygon twenty = RegularPolygonWithDents(EveryFifthUpTo(95));
+    Triangulate(twenty);
+    EXPECT_EQ(scoped.hooks.sweepsStarted, 1);
+    EXPECT_FALSE(scoped.hooks.insertedIncrementally);
+}
+
+TEST(TriangulatorIncremental, TheConvexCornersOfHolesCountAsTurningAwayFromTheInside)
+{
+    // A square with one hole, a regular 100-gon: 100 of 104 ring vertices turn away from the inside,
+    // whichever way the hole runs.
+    ScopedHooks scoped;
+    for (bool reversed : {false, true}) {
+        Polygon polygon = Square(10);
+        std::vector<Pt> hole;
+        for (const Pt &p : RegularPolygon(100).outline)
+            hole.push_back({5 + 2 * p.x, 5 + 2 * p.y});
+        if (reversed)
+            std::reverse(hole.begin(), hole.end());
+        polygon.holes.push_back(hole);
+        const Result result = Triangulate(polygon);
+        EXPECT_EQ(scoped.hooks.sweepsStarted, 1) << reversed;
+        EXPECT_FALSE(scoped.hooks.insertedIncrementally) << reversed;
+        EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+    }
+}
+
+TEST(TriangulatorIncremental, LongSmoothLobesSendAnOutlineToIncrementalInsertion)
+{
+    // Eight lobes of 2,500 points: about two fifths of the vertices are concave, but they lie in runs
+    // of hundreds that turn one way. The 64 lobes of the same size stay with the sweep (see above).
+    ScopedHooks scoped;
+    const Polygon lobes = Rosette(20000, 8.0, 0.2);
+    const Result result = Triangulate(lobes);
+    EXPECT_TRUE(scoped.hooks.insertedIncrementally);
+    EXPECT_EQ(scoped.hooks.sweepsStarted, 0);
+    EXPECT_TRUE(IsValidTriangulation(lobes, result.triangles));
+}
+
+TEST(TriangulatorIncremental, RunsOf512VerticesTurningOneWaySendAnOutlineToIncrementalInsertion)
+{
+    // A square wave of 16 teeth: each tooth's top and each gap's bottom is an arc sampled at m
+    // points, bulging outwards on the teeth and inwards in the gaps, so that the runs alternate
+    // between m vertices turning left and m turning right, with half the vertices concave. The mean
+    // run is about m: 600 goes to incremental insertion, 400 to the sweep.
+    auto wave = [](int m) {
+        Polygon polygon;
+        const double pi = std::acos(-1.0);
+        for (int tooth = 0; tooth < 16; ++tooth) {
+            const double left = 4.0 * tooth;
+            for (int k = 0; k < m; ++k) { // tooth top: an arc over [left, left + 2] at height 10
+                const double angle = pi - pi * (k + 0.5) / m;
+                polygon.outline.push_back({left + 1.0 + std::cos(angle), 10.0 + 0.5 * std::sin(angle)});
+            }
+            for (int k = 0; k < m; ++k) { // gap bottom: an arc under [left + 2, left + 4] at height 5
+                const double angle = pi + pi * (k + 0.5) / m;
+                polygon.outline.push_back({left + 3.0 + std::cos(angle), 5.0 + 0.5 * std::sin(angle)});
+            }
+        }
+        polygon.outline.push_back({64.0, 0.0});
+        polygon.outline.push_back({-1.0, 0.0});
+        return polygon;
+    };
+    ScopedHooks scoped;
+    const Polygon fine = wave(600);
+    const Result result = Triangulate(fine);
+    EXPECT_EQ(scoped.hooks.sweepsStarted, 0);
+    EXPECT_TRUE(scoped.hooks.insertedIncrementally);
+    EXPECT_TRUE(IsValidTriangulation(fine, result.triangles));
+    Triangulate(wave(400));
+    EXPECT_EQ(scoped.hooks.sweepsStarted, 1);
+}
+
+TEST(TriangulatorIncremental, AMostlyConvexOutlineWhoseInsertionFailsIsSwept)
+{
+    // A round outline with two crossing square holes: 8 of 208 ring vertices turn away from the
+    // inside, so incremental insertion goes first; the crossing stops it, and the sweep decides as
+    // it does on its own.
+    Polygon polygon;
+    for (const Pt &p : RegularPolygon(200).outline)
+        polygon.outline.push_back({10 * p.x, 10 * p.y});
+    polygon.holes.push_back({{-2, 0}, {2, 0}, {2, 2}, {-2, 2}});
+    polygon.holes.push_back({{0, 1}, {4, 1}, {4, 3}, {0, 3}});
+    ScopedHooks scoped;
+    scoped.hooks.insertion = Insertion::SweepOnly;
+    const Result swept = Triangulate(polygon);
+    scoped.hooks.insertion = Insertion::Automatic;
+    const Result result = Triangulate(polygon);
+    EXPECT_FALSE(scoped.hooks.insertedIncrementally);
+    EXPECT_EQ(scoped.hooks.sweepsStarted, 1);
+    EXPECT_EQ(scoped.hooks.caughtError, "[Unsupported] Opposing point on constrained edge");
+    EXPECT_TRUE(result.triangles == swept.triangles);
+}
+
+TEST(TriangulatorIncremental, AReversedOutlineIsJudgedByItsOwnOrientation)
+{
+    ScopedHooks scoped;
+    Polygon clockwise = RegularPolygonWithDents(EveryFifthUpTo(95));
+    std::reverse(clockwise.outline.begin(), clockwise.outline.end());
+    Triangulate(clockwise);
+    EXPECT_EQ(scoped.hooks.sweepsStarted, 1);
+    Polygon convex = RegularPolygon(100);
+    std::reverse(convex.outline.begin(), convex.outline.end());
+    Triangulate(convex);
+    EXPECT_EQ(scoped.hooks.sweepsStarted, 0);
 }
 
 TEST(TriangulatorIncremental, GivesTheSweepsTrianglesWhereTheTriangulationIsUnique)

@@ -25,10 +25,18 @@ namespace p2t {
 // Cost: about n log n for n points. Where the Delaunay triangulation of the points below the sweep
 // line differs from that of all points in a part that grows with the input (outlines along long
 // smooth curves or densely sampled straight edges), the sweep's flips and front walks per point grow
-// with the input. Once the sweep's work exceeds a budget linear in the points swept, it gives way:
-// the same constrained Delaunay triangulation is built by inserting the points into an enclosing
-// triangle in a random order (from a fixed seed) sorted along a Hilbert curve within rounds of
-// doubling size, then inserting the constrained edges as the sweep's edge events do. If that fails
+// with the input. Such input is recognised before the sweep by its rings, and the mesh is built by
+// incremental insertion from the start, where fewer than a fifth of the ring vertices turn away from
+// the inside (an outline's concave corners, a hole's convex ones; nearly straight turns count as
+// none), or where a ring vertex lies on average in a run of 512 or more consecutive vertices that
+// turn the same way (nearly straight ones join either way; runs are counted from each ring's first
+// point, and the mean is weighted by vertices: the sum of the runs' squared lengths over all ring
+// vertices).
+// Otherwise the sweep runs, and once its work exceeds a budget linear in the points swept, it gives
+// way to incremental insertion. Incremental insertion builds the same constrained Delaunay
+// triangulation by inserting the points into an enclosing triangle in a random order (from a fixed
+// seed) sorted along a Hilbert curve within rounds of doubling size, then inserting the constrained
+// edges as the sweep's edge events do. If that fails
 // (constrained edges that cross, or any other trouble), the sweep runs to its end without a budget
 // and its result, partial or whole, is the result. Where four or more points are co-circular, the two
 // ways may choose different (each deterministic) triangles among them; near-collinear points within

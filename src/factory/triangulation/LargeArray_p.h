@@ -9,9 +9,9 @@
 namespace p2t {
 namespace detail {
 
-// Memory for LargeArrayAllocator: aligned to 2 MiB, released with FreeLarge.
+// Memory for LargeArrayAllocator: aligned to 2 MiB, released with FreeLarge (of the same size).
 void *AllocateLarge(std::size_t bytes);
-void FreeLarge(void *p);
+void FreeLarge(void *p, std::size_t bytes);
 
 // Allocates large arrays (4 MiB and more) on 2 MiB boundaries and asks the kernel for huge pages
 // there, where it offers them on request: the sweep and the walks along constrained edges reach all
@@ -40,7 +40,7 @@ struct LargeArrayAllocator
         if (n * sizeof(T) < kLargeBytes)
             ::operator delete(p);
         else
-            FreeLarge(p);
+            FreeLarge(p, n * sizeof(T));
     }
 
     template <typename U>

@@ -8,12 +8,15 @@
 // product of two doubles written exactly as a rounded result plus its error) and the expansion growth
 // and scaling built from them.
 //
-// The in-circle test has two cheaper exact stages before the general expansion. When every
+// The in-circle test has three cheaper exact stages before the general expansion. When every
 // coordinate difference is itself a double (the usual case: nearby points subtract exactly), the
 // determinant is a polynomial in those six doubles. If they share one fixed-point scale of at most
 // 62 bits, it is computed in 256-bit integers; otherwise it is expanded in doubles rather than in
 // exact pairs. Differences below 2^-200, where the expansion products would leave the range of
-// normal doubles, always take the general expansion, as they did before these stages existed.
+// normal doubles, skip that stage. When some difference is not a double (points far apart, as across
+// a symmetric outline, where co-circular points are common), the eight coordinates themselves are
+// tried on one fixed-point scale of at most 61 bits, whose differences are exact in 64-bit integers;
+// that fits unless the coordinates differ greatly in magnitude (one of them near zero, say).
 #include "Predicates_p.h"
 
 #include <algorithm>
@@ -27,7 +30,6 @@ namespace detail {
 namespace {
 
 constexpr double kUnitRoundoff = 1.1102230246251565e-16; // 2^-53
-constexpr double kInCircleErrorBound = (10.0 + 96.0 * kUnitRoundoff) * kUnitRoundoff;
 constexpr double kSplitter = 134217729.0; // 2^27 + 1, splits a double into two 26-bit halves
 
 // s + e == a + b exactly, s the rounded sum.
@@ -254,50 +256,68 @@ Int256 Product(Int128 a, Int128 b)
     return r;
 }
 
-// The in-circle determinant of the differences (all doubles) in integer arithmetic: each difference
-// is a multiple of one power of two, 2^low, and below 2^62 times it, so the determinant is below
-// 2^252 times 2^(4 low) and exact in 256 bits. Answers false when the differences span too many
-// bits for that.
-bool InCircleInIntegers(double adx, double ady, double bdx, double bdy, double cdx, double cdy, int &sign)
+// A double as significand * 2^unit with an odd significand below 2^53 (0 for zero), and the
+// exponent `high` with |value| < 2^high.
+struct Decomposed
 {
-    const double values[6] = {adx, ady, bdx, bdy, cdx, cdy};
-    // Each non-zero value is significand * 2^unit with an odd significand below 2^53.
-    std::int64_t significand[6];
-    int unit[6];
+    std::int64_t significand = 0;
+    int unit = 0;
+    int high = 0;
+};
+
+inline Decomposed Decompose(double value)
+{
+    std::uint64_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    const int biased = static_cast<int>((bits >> 52) & 0x7ff);
+    std::uint64_t magnitude = bits & ((std::uint64_t(1) << 52) - 1);
+    int exponent = -1074;
+    if (biased != 0) {
+        magnitude |= std::uint64_t(1) << 52;
+        exponent = biased - 1075;
+    }
+    Decomposed d;
+    if (magnitude == 0)
+        return d;
+    const int trailing = __builtin_ctzll(magnitude);
+    magnitude >>= trailing;
+    exponent += trailing;
+    d.significand = (bits >> 63) ? -static_cast<std::int64_t>(magnitude) : static_cast<std::int64_t>(magnitude);
+    d.unit = exponent;
+    d.high = exponent + 64 - __builtin_clzll(magnitude);
+    return d;
+}
+
+// Writes the values as integer multiples of one power of two, 2^low (the finest unit among them),
+// into m; answers false when some value is 2^maxBits times that unit or more.
+template <int N>
+bool ToFixedPoint(const double (&values)[N], int maxBits, std::int64_t (&m)[N], bool &allZero)
+{
+    Decomposed parts[N];
     int low = 1 << 20, high = -(1 << 20);
-    for (int k = 0; k < 6; ++k) {
-        std::uint64_t bits;
-        std::memcpy(&bits, &values[k], sizeof bits);
-        const int biased = static_cast<int>((bits >> 52) & 0x7ff);
-        std::uint64_t magnitude = bits & ((std::uint64_t(1) << 52) - 1);
-        int exponent = -1074;
-        if (biased != 0) {
-            magnitude |= std::uint64_t(1) << 52;
-            exponent = biased - 1075;
-        }
-        if (magnitude == 0) {
-            significand[k] = 0;
-            unit[k] = 0;
+    for (int k = 0; k < N; ++k) {
+        parts[k] = Decompose(values[k]);
+        if (parts[k].significand == 0)
             continue;
-        }
-        const int trailing = __builtin_ctzll(magnitude);
-        magnitude >>= trailing;
-        exponent += trailing;
-        const int length = 64 - __builtin_clzll(magnitude);
-        significand[k] = (bits >> 63) ? -static_cast<std::int64_t>(magnitude) : static_cast<std::int64_t>(magnitude);
-        unit[k] = exponent;
-        low = std::min(low, exponent);
-        high = std::max(high, exponent + length); // |value| < 2^high
+        low = std::min(low, parts[k].unit);
+        high = std::max(high, parts[k].high);
     }
-    if (high < low) {
-        sign = 0; // all differences zero
+    allZero = high < low;
+    if (allZero)
         return true;
-    }
-    if (high - low > 62)
+    if (high - low > maxBits)
         return false;
-    std::int64_t m[6];
-    for (int k = 0; k < 6; ++k)
-        m[k] = significand[k] == 0 ? 0 : static_cast<std::int64_t>(static_cast<std::uint64_t>(significand[k]) << (unit[k] - low));
+    for (int k = 0; k < N; ++k)
+        m[k] = parts[k].significand == 0
+                   ? 0
+                   : static_cast<std::int64_t>(static_cast<std::uint64_t>(parts[k].significand) << (parts[k].unit - low));
+    return true;
+}
+
+// The in-circle determinant of six integer differences below 2^62 in magnitude: the lifts and the
+// cross products stay below 2^125, each product below 2^250, so the sum is exact in 256 bits.
+int InCircleOfIntegerDifferences(const std::int64_t (&m)[6])
+{
     auto cross = [](std::int64_t p, std::int64_t q, std::int64_t r, std::int64_t s) {
         return Int128(p) * q - Int128(r) * s;
     };
@@ -305,7 +325,41 @@ bool InCircleInIntegers(double adx, double ady, double bdx, double bdy, double c
     Int256 det = Product(lift(m[0], m[1]), cross(m[2], m[5], m[4], m[3]));
     det.Add(Product(lift(m[2], m[3]), cross(m[4], m[1], m[0], m[5])));
     det.Add(Product(lift(m[4], m[5]), cross(m[0], m[3], m[2], m[1])));
-    sign = det.Sign();
+    return det.Sign();
+}
+
+// The in-circle determinant of the differences (all doubles) in integer arithmetic: each difference
+// is a multiple of one power of two, 2^low, and below 2^62 times it. Answers false when the
+// differences span too many bits for that.
+bool InCircleInIntegers(double adx, double ady, double bdx, double bdy, double cdx, double cdy, int &sign)
+{
+    const double values[6] = {adx, ady, bdx, bdy, cdx, cdy};
+    std::int64_t m[6];
+    bool allZero = false;
+    if (!ToFixedPoint(values, 62, m, allZero))
+        return false;
+    sign = allZero ? 0 : InCircleOfIntegerDifferences(m);
+    return true;
+}
+
+// The in-circle determinant from the coordinates themselves, where some difference is not a double
+// (points far apart, or of different magnitudes): when the eight coordinates are multiples of one
+// power of two and below 2^61 times it, their differences are exact in 64-bit integers, below 2^62.
+// Answers false otherwise (coordinates of very different magnitudes, such as one near zero).
+bool InCircleOfCoordinatesInIntegers(double ax, double ay, double bx, double by, double cx, double cy, double dx,
+                                     double dy, int &sign)
+{
+    const double values[8] = {ax, ay, bx, by, cx, cy, dx, dy};
+    std::int64_t c[8];
+    bool allZero = false;
+    if (!ToFixedPoint(values, 61, c, allZero))
+        return false;
+    if (allZero) {
+        sign = 0;
+        return true;
+    }
+    const std::int64_t m[6] = {c[0] - c[6], c[1] - c[7], c[2] - c[6], c[3] - c[7], c[4] - c[6], c[5] - c[7]};
+    sign = InCircleOfIntegerDifferences(m);
     return true;
 }
 #endif
@@ -384,6 +438,13 @@ int InCircleExact(double ax, double ay, double bx, double by, double cx, double 
         return det.Sign();
     }
 
+#ifdef KEZ_TRIANGULATION_HAVE_INT128
+    {
+        int sign = 0;
+        if (InCircleOfCoordinatesInIntegers(ax, ay, bx, by, cx, cy, dx, dy, sign))
+            return sign;
+    }
+#endif
     Expansion<16> cross, lift;
     Expansion<512> term;
     Expansion<1536> det;
@@ -412,30 +473,9 @@ int OrientSignExact(double ax, double ay, double bx, double by, double cx, doubl
     return OrientExact(ax, ay, bx, by, cx, cy);
 }
 
-int InCircleSign(double ax, double ay, double bx, double by, double cx, double cy, double dx,
-                 double dy)
+int InCircleSignExact(double ax, double ay, double bx, double by, double cx, double cy, double dx,
+                      double dy)
 {
-    const double adx = ax - dx, ady = ay - dy;
-    const double bdx = bx - dx, bdy = by - dy;
-    const double cdx = cx - dx, cdy = cy - dy;
-
-    const double bdxcdy = bdx * cdy, cdxbdy = cdx * bdy;
-    const double cdxady = cdx * ady, adxcdy = adx * cdy;
-    const double adxbdy = adx * bdy, bdxady = bdx * ady;
-    const double aLift = adx * adx + ady * ady;
-    const double bLift = bdx * bdx + bdy * bdy;
-    const double cLift = cdx * cdx + cdy * cdy;
-
-    const double det = aLift * (bdxcdy - cdxbdy) + bLift * (cdxady - adxcdy)
-                       + cLift * (adxbdy - bdxady);
-    const double permanent = (std::fabs(bdxcdy) + std::fabs(cdxbdy)) * aLift
-                             + (std::fabs(cdxady) + std::fabs(adxcdy)) * bLift
-                             + (std::fabs(adxbdy) + std::fabs(bdxady)) * cLift;
-    const double bound = kInCircleErrorBound * permanent;
-    if (det > bound)
-        return 1;
-    if (-det > bound)
-        return -1;
     return InCircleExact(ax, ay, bx, by, cx, cy, dx, dy);
 }
 

@@ -75,6 +75,14 @@ const char *const kEndlessLoopMessage = "[BUG:FIXME] Endless loop";
 // many holes stay well below it.
 constexpr std::uint64_t kSweepWorkPerPoint = 32;
 constexpr std::uint64_t kSweepWorkAllowance = 8192;
+// Rings that the sweep handles worst are built by incremental insertion from the start: those whose
+// boundary turns away from the region at fewer than this share of their vertices (smooth convex
+// curves, densely sampled straight edges, outlines refined along their edges)...
+constexpr double kReflexShareOfSweptBoundaries = 0.2;
+// ...and those whose vertices lie, on average, in runs this long that turn one way (densely sampled
+// lobes and arcs). Outlines with many features (spikes, small lobes) and polygons with many holes of
+// modest sampling are swept.
+constexpr double kSmoothRunOfSweptBoundaries = 512.0;
 // A step along the front is a comparison of two neighbours' y, far cheaper than a flip.
 constexpr std::uint64_t kFrontStepsPerWorkUnit = 8;
 
@@ -282,6 +290,9 @@ bool Sweep::Prepare()
     const int shift = -(exponent + 1);
 
     const std::size_t total = static_cast<std::size_t>(m_count) + 2;
+    // Room for the three corners that incremental insertion adds, so that adding them moves nothing.
+    m_xy.reserve(total + 3);
+    m_links.reserve(total + 3);
     m_xy.assign(total, Coordinates{0.0, 0.0});
     m_links.assign(total, Links{});
     m_points.resize(static_cast<std::size_t>(m_count));
@@ -368,7 +379,63 @@ bool Sweep::Prepare()
     LargeVector<int> fill(m_edgeOffsets.begin(), m_edgeOffsets.end() - 1);
     for (const auto &edge : edges)
         m_edgeStarts[static_cast<std::size_t>(fill[static_cast<std::size_t>(edge.first)]++)] = edge.second;
+
+    std::vector<int> ring;
+    RingShape shape;
+    std::size_t vertices = 0;
+    for (std::size_t r = 0; r < m_rings.size(); ++r) {
+        ring.clear();
+        for (int in = ringBegin[r]; in < ringBegin[r + 1]; ++in) {
+            const int v = vertexOfInput(in);
+            if (ring.empty() || ring.back() != v)
+                ring.push_back(v);
+        }
+        while (ring.size() > 1 && ring.back() == ring.front())
+            ring.pop_back();
+        vertices += ring.size();
+        MeasureRing(ring, r == 0, shape);
+    }
+    const double count = static_cast<double>(vertices);
+    m_smoothRings = static_cast<double>(shape.reflex) < kReflexShareOfSweptBoundaries * count
+                    || shape.squaredRuns >= kSmoothRunOfSweptBoundaries * count;
     return true;
+}
+
+// Adds to shape what ring contributes. Reflex vertices are those at which the triangulated region's
+// boundary turns away from the region: on the outline, turns against its orientation; on a hole,
+// whose inside is cut out, turns with the hole's orientation. Runs are the maximal stretches of
+// vertices that turn one way (straight vertices, within the collinearity tolerance, join either);
+// each adds its length squared, so that the sum over the vertices' count is the mean length of the
+// run a vertex lies in.
+void Sweep::MeasureRing(const std::vector<int> &ring, bool outline, RingShape &shape) const
+{
+    const std::size_t n = ring.size();
+    if (n < 3) {
+        shape.squaredRuns += static_cast<double>(n);
+        return;
+    }
+    double doubledArea = 0.0;
+    for (std::size_t k = 0; k < n; ++k) {
+        const int a = ring[k], b = ring[k + 1 == n ? 0 : k + 1];
+        doubledArea += X(a) * Y(b) - X(b) * Y(a);
+    }
+    const int orientation = doubledArea > 0.0 ? 1 : -1;
+    const int reflexTurn = outline ? -orientation : orientation;
+    double run = 0.0;
+    int runTurn = 0;
+    for (std::size_t k = 0; k < n; ++k) {
+        const int turn = Orient(ring[k == 0 ? n - 1 : k - 1], ring[k], ring[k + 1 == n ? 0 : k + 1]);
+        if (turn == reflexTurn)
+            ++shape.reflex;
+        if (turn != 0 && runTurn != 0 && turn != runTurn) {
+            shape.squaredRuns += run * run;
+            run = 0.0;
+        }
+        if (turn != 0)
+            runTurn = turn;
+        ++run;
+    }
+    shape.squaredRuns += run * run;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -1059,22 +1126,25 @@ std::uint64_t NextRandom(std::uint64_t &state)
 
 // Position of the cell (x, y) of a 65536 x 65536 grid along a Hilbert curve: each level picks the
 // quadrant (in the curve's order for the current orientation) and turns the remaining coordinates
-// into that quadrant's frame.
+// into that quadrant's frame. Written without branches: which way a point turns at each level is as
+// good as random, and mispredicted branches cost more than the masks.
 std::uint64_t HilbertPosition(std::uint32_t x, std::uint32_t y)
 {
     constexpr std::uint32_t kSide = 1u << 16;
+    constexpr std::uint32_t kMask = kSide - 1;
     std::uint64_t position = 0;
-    for (std::uint32_t half = kSide / 2; half > 0; half /= 2) {
-        const std::uint32_t right = (x & half) ? 1u : 0u;
-        const std::uint32_t up = (y & half) ? 1u : 0u;
-        position += std::uint64_t(half) * half * ((3u * right) ^ up);
-        if (up == 0) {
-            if (right == 1) {
-                x = kSide - 1 - x;
-                y = kSide - 1 - y;
-            }
-            std::swap(x, y);
-        }
+    for (int level = 15; level >= 0; --level) {
+        const std::uint32_t right = (x >> level) & 1u;
+        const std::uint32_t up = (y >> level) & 1u;
+        position += std::uint64_t((3u * right) ^ up) << (2 * level);
+        // In the lower quadrants the frame turns: mirrored in both axes on the right, and then
+        // transposed on both sides.
+        const std::uint32_t mirror = 0u - (right & (up ^ 1u));
+        x ^= mirror & kMask;
+        y ^= mirror & kMask;
+        const std::uint32_t transpose = (x ^ y) & (0u - (up ^ 1u));
+        x ^= transpose;
+        y ^= transpose;
     }
     return position;
 }
@@ -1088,7 +1158,8 @@ void Sweep::StartSweep()
     m_xy.resize(vertices);
     m_links.assign(vertices, Links{});
     m_tris.clear();
-    m_tris.reserve(2 * vertices + 16);
+    // Room for the triangles of either way: incremental insertion adds three corners to the vertices.
+    m_tris.reserve(2 * (vertices + 3) + 16);
     m_front.Reset(m_count + 2);
     m_legalize.clear();
     m_legalizationComplete = true;
@@ -1134,7 +1205,7 @@ void Sweep::InsertPointsIncrementally()
     m_xy.push_back(Coordinates{centerX + 32 * size, centerY - 16 * size});
     m_xy.push_back(Coordinates{centerX, centerY + 32 * size});
     m_links.resize(m_xy.size());
-    m_tris.reserve(2 * m_xy.size() + 16);
+    m_tris.reserve(2 * m_xy.size() + 16); // as reserved by StartSweep already
     NewTriangle(a, b, c);
 
     std::vector<int> order(static_cast<std::size_t>(m_count));
@@ -1142,28 +1213,60 @@ void Sweep::InsertPointsIncrementally()
     std::uint64_t state = 0x5eed;
     for (std::size_t k = order.size(); k > 1; --k)
         std::swap(order[k - 1], order[static_cast<std::size_t>(NextRandom(state) % k)]);
+    // The Hilbert positions are computed in vertex order, which reads the coordinates in sequence;
+    // the rounds then look them up in a quarter of the space.
     const double cell = 65535.0 / size;
-    auto key = [&](int v) {
+    LargeVector<std::uint32_t> hilbert(static_cast<std::size_t>(m_count));
+    for (int v = 0; v < m_count; ++v) {
         const auto qx = static_cast<std::uint32_t>(std::min(65535.0, (X(v) - minX) * cell));
         const auto qy = static_cast<std::uint32_t>(std::min(65535.0, (Y(v) - minY) * cell));
-        return HilbertPosition(qx, qy);
-    };
-    std::vector<std::pair<std::uint64_t, int>> keyed;
+        hilbert[static_cast<std::size_t>(v)] = static_cast<std::uint32_t>(HilbertPosition(qx, qy));
+    }
+    // Sorted by Hilbert position, then vertex: the vertex fills the key's low half.
+    LargeVector<std::uint64_t> keyed;
+    keyed.reserve(order.size() - order.size() / 2);
     for (std::size_t end = order.size(); end > 0;) {
         const std::size_t begin = end > 64 ? end / 2 : 0;
         keyed.clear();
+        for (std::size_t k = begin; k < end; ++k) {
+            const int v = order[k];
+            keyed.push_back(std::uint64_t(hilbert[static_cast<std::size_t>(v)]) << 32 | static_cast<std::uint32_t>(v));
+        }
+        SortByKey(keyed, [](std::uint64_t item) { return item; });
         for (std::size_t k = begin; k < end; ++k)
-            keyed.emplace_back(key(order[k]), order[k]);
-        std::sort(keyed.begin(), keyed.end());
-        for (std::size_t k = begin; k < end; ++k)
-            order[k] = keyed[k - begin].second;
+            order[k] = static_cast<int>(keyed[k - begin] & 0xffffffffu);
         end = begin;
     }
+    LargeVector<std::uint64_t>().swap(keyed);
+    LargeVector<std::uint32_t>().swap(hilbert);
+
+    // Consecutive points along the Hilbert curve are usually close, but where the curve moves on to
+    // another quadrant the next point can lie across the cloud, and a walk from the previous point
+    // would cross every thin triangle on the way. A coarse grid remembers the last point inserted in
+    // each of its cells; the walk starts from that point when it is closer than the previous one.
+    const int gridSide = std::clamp(static_cast<int>(std::sqrt(static_cast<double>(m_count))) / 4, 1, 1024);
+    const double gridCell = gridSide / (size * (1.0 + 1e-9));
+    std::vector<int> lastInCell(static_cast<std::size_t>(gridSide) * static_cast<std::size_t>(gridSide), -1);
+    auto cellOf = [&](int v) {
+        const int cx = std::min(gridSide - 1, static_cast<int>((X(v) - minX) * gridCell));
+        const int cy = std::min(gridSide - 1, static_cast<int>((Y(v) - minY) * gridCell));
+        return static_cast<std::size_t>(cy) * static_cast<std::size_t>(gridSide) + static_cast<std::size_t>(cx);
+    };
+    auto squaredDistance = [this](int u, int v) {
+        const double dx = X(u) - X(v), dy = Y(u) - Y(v);
+        return dx * dx + dy * dy;
+    };
 
     int previous = a;
     for (const int p : order) {
+        const std::size_t cell = cellOf(p);
+        int from = previous;
+        const int landmark = lastInCell[cell];
+        if (landmark >= 0 && (previous == a || squaredDistance(landmark, p) < squaredDistance(previous, p)))
+            from = landmark;
+        lastInCell[cell] = p;
         int edge = -1;
-        const int t = Locate(p, TriangleOf(previous), edge);
+        const int t = Locate(p, TriangleOf(from), edge);
         if (edge < 0)
             SplitTriangle(t, p);
         else
@@ -1177,17 +1280,20 @@ void Sweep::InsertPointsIncrementally()
 // The triangle that contains p, found by walking from start towards p; edge is the index of the
 // edge that p lies on, or -1 when p lies inside. The walk crosses an edge that has p strictly on its
 // far side, trying the edges in a rotating order; in a Delaunay triangulation such a walk always
-// arrives.
+// arrives. The edge it came in through is not tested again: p lies strictly on its near side.
 int Sweep::Locate(int p, int start, int &edge) const
 {
     int t = start;
+    int cameFrom = -1;
+    int rotation = 0;
     const std::size_t limit = m_tris.size() + 16;
     for (std::size_t steps = 0;; ++steps) {
         const Tri &T = m_tris[static_cast<std::size_t>(t)];
         int across = -1;
         edge = -1;
-        for (int k = 0; k < 3; ++k) {
-            const int e = (k + static_cast<int>(steps % 3)) % 3;
+        for (int k = 0, e = rotation; k < 3; ++k, e = Next3(e)) {
+            if (cameFrom >= 0 && T.n[e] == cameFrom)
+                continue;
             const int side = OrientExact(T.v[Next3(e)], T.v[Prev3(e)], p);
             if (side < 0) {
                 across = e;
@@ -1198,7 +1304,9 @@ int Sweep::Locate(int p, int start, int &edge) const
         }
         if (across < 0)
             return t;
+        cameFrom = t;
         t = T.n[across];
+        rotation = Next3(rotation);
         if (t < 0 || steps > limit)
             throw std::runtime_error(kMissingTriangleError);
     }
@@ -1356,12 +1464,25 @@ void Sweep::Finalize(LargeVector<Triangle> &out)
     if (!m_legalizationComplete || (m_hooks && m_hooks->forceClosingPass))
         RestoreDelaunay(result, inside);
 
+    // Only the triangles and the input points are read from here on: what else the run kept is
+    // given back before the output is allocated, which lowers the run's peak of memory.
+    ReleaseWorkingArrays();
     out.reserve(out.size() + result.size());
     for (int t : result) {
         const Tri &T = m_tris[static_cast<std::size_t>(t)];
         out.emplace_back(m_points[static_cast<std::size_t>(T.v[0])], m_points[static_cast<std::size_t>(T.v[1])],
                          m_points[static_cast<std::size_t>(T.v[2])]);
     }
+}
+
+void Sweep::ReleaseWorkingArrays()
+{
+    LargeVector<Links>().swap(m_links);
+    LargeVector<int>().swap(m_rank);
+    LargeVector<int>().swap(m_vertexOfRank);
+    LargeVector<int>().swap(m_edgeOffsets);
+    LargeVector<int>().swap(m_edgeStarts);
+    m_front.Reset(0);
 }
 
 // Closing Delaunay pass over the collected triangles: flips between two collected triangles keep
@@ -1416,6 +1537,7 @@ void Sweep::Run(LargeVector<Triangle> &out)
     if (m_hooks) {
         m_hooks->caughtError.clear();
         m_hooks->sweptPoints = 0;
+        m_hooks->sweepsStarted = 0;
         m_hooks->closingPassRan = false;
         m_hooks->closingFlips = 0;
         m_hooks->inconsistency.clear();
@@ -1430,11 +1552,15 @@ void Sweep::Run(LargeVector<Triangle> &out)
                            && (m_hooks->throwBeforeSweepIndex >= 0 || m_hooks->stallEdgeEvents
                                || m_hooks->loseOppositePoints > 0 || m_hooks->skipSweepLegalization);
     m_mayInsertIncrementally = !disturbed && insertion != Insertion::SweepOnly;
-    const bool incrementalFirst = m_mayInsertIncrementally && insertion == Insertion::IncrementalFirst;
+    const bool incrementalFirst = m_mayInsertIncrementally
+                                  && (insertion == Insertion::IncrementalFirst
+                                      || (insertion == Insertion::Automatic && m_smoothRings));
     bool built = incrementalFirst && InsertIncrementally();
     if (incrementalFirst && !built)
         m_mayInsertIncrementally = false; // it failed once; the sweep decides
     while (!built) {
+        if (m_hooks)
+            ++m_hooks->sweepsStarted;
         StartSweep();
         try {
             SweepPoints();

@@ -58,6 +58,12 @@ private:
     };
 
     bool Prepare();
+    struct RingShape
+    {
+        std::size_t reflex = 0;   // vertices turning away from the region
+        double squaredRuns = 0.0; // sum of the squared lengths of runs turning one way
+    };
+    void MeasureRing(const std::vector<int> &ring, bool outline, RingShape &shape) const;
     void StartSweep();
     void SweepPoints();
     void PointEvent(int p);
@@ -80,6 +86,7 @@ private:
     void SplitTriangle(int t, int p);
     void SplitEdge(int t, int e, int p);
     void Finalize(LargeVector<Triangle> &out);
+    void ReleaseWorkingArrays();
     void RestoreDelaunay(const LargeVector<int> &result, const LargeVector<char> &inside);
     int FindStartTriangle(int v0, int v1, bool insideOnLeft);
     void BreakFrontAround(int v);
@@ -181,6 +188,9 @@ private:
     std::uint64_t m_work = 0;
     std::uint64_t m_workBudget = ~std::uint64_t(0); // the sweep gives way beyond it
     bool m_mayInsertIncrementally = false;
+    // Whether few vertices of the rings turn away from the region, or the rings run smoothly for
+    // long stretches (see Prepare): such input is built by incremental insertion from the start.
+    bool m_smoothRings = false;
     bool m_incremental = false; // the mesh is being built by incremental insertion
 
     std::vector<std::pair<int, int>> m_legalize; // (triangle, edge) pairs waiting for the in-circle test

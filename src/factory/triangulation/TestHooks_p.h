@@ -36,9 +36,11 @@ struct TestHooks
     // Check the whole mesh and front after every point and edge event; the first inconsistency found
     // ends up in inconsistency.
     bool verifyEveryStep = false;
-    // How the mesh is built: by the sweep, switching to incremental insertion when the sweep's work
-    // outgrows its budget (Automatic); by the sweep alone (SweepOnly); or by incremental insertion
-    // from the start, falling back to the sweep if it fails (IncrementalFirst).
+    // How the mesh is built: as production code does it (Automatic: rings that are mostly convex or
+    // straight, or smooth over long runs, by incremental insertion, falling back to the sweep if it fails, and others by the
+    // sweep, switching to incremental insertion when the sweep's work outgrows its budget); by the
+    // sweep alone (SweepOnly); or by incremental insertion from the start, falling back to the sweep
+    // if it fails (IncrementalFirst).
     enum class Insertion { Automatic, SweepOnly, IncrementalFirst };
     Insertion insertion = Insertion::Automatic;
 
@@ -50,6 +52,9 @@ struct TestHooks
     std::string caughtError;
     // Number of points swept before the sweep ended.
     int sweptPoints = 0;
+    // Number of times a sweep started (an abandoned one included); 0 when incremental insertion built
+    // the mesh from the start.
+    int sweepsStarted = 0;
     // The two artificial points below the point cloud (tail left, head right), in the caller's
     // coordinates.
     double tailX = 0.0, tailY = 0.0, headX = 0.0, headY = 0.0;
