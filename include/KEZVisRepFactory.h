@@ -426,7 +426,13 @@ public:
      * skipped. Coordinates that are not finite or are huge are handed to the
      * painter as they are, which draws what it can of them; an anchor
      * position that is not a number is taken as 0 and one beyond
-     * +-2^30 is clamped to that. A text whose rectangle is empty draws nothing.
+     * +-2^30 is clamped to that. A text whose rectangle is empty draws nothing,
+     * and so does a text whose placed rectangle, mapped by the painter's
+     * combined transform, is not finite or reaches beyond +-2^30 device
+     * pixels (a transform that is not finite, as that of CreateImage() for a
+     * model with NaN coordinates, or an absurdly large one): Qt's raster
+     * engine reads outside its buffers when it draws through such a
+     * transform, and nothing of such a text could be seen.
      * A pen width from a singular transform (unitScale 0) is not guarded.
      */
     static void PaintReps(KEZMathPlane const &plane, QPainter *painter, QList<KEZVisRep const *> const &reps);

@@ -250,6 +250,21 @@ void DrawTextThroughPixmap(QPainter *painter, const QRect &rect, const QString &
     painter->drawPixmap(rect.x(), rect.y(), rect.width(), rect.height(), pixmap);
 }
 
+// Whether \a rect lands on the painter's device as a finite rectangle within
+// +-KEZVisPixelLimit. Qt's raster engine reads outside its buffers when it is
+// asked to draw a pixmap through a transform that is not finite (as that of a
+// picture fitted to a box of NaN), so text that would land elsewhere is not
+// drawn; none of it could be seen on any device.
+bool LandsOnDevice(const QPainter *painter, const QRect &rect)
+{
+    const QRectF device = painter->combinedTransform().mapRect(QRectF(rect));
+    for (double edge : {device.left(), device.top(), device.right(), device.bottom()}) {
+        if (!(std::abs(edge) <= double(KEZVisPixelLimit)))
+            return false;
+    }
+    return true;
+}
+
 void PaintTextPrimitive(const KEZMathPlane &plane, QPainter *painter, const KEZVisTextPrimitive *primitive)
 {
     const QPointF anchor = Project(plane, primitive->GetAnchor());
@@ -257,6 +272,8 @@ void PaintTextPrimitive(const KEZMathPlane &plane, QPainter *painter, const KEZV
     QRect rect = QFontMetrics(painter->font()).boundingRect(text);
     const QPoint pt(KEZVisTruncateToInt(anchor.x()), KEZVisTruncateToInt(anchor.y()));
     PlaceByAnchor(rect, pt, primitive->GetAnchorLocation());
+    if (!LandsOnDevice(painter, rect))
+        return;
     if (painter->transform().m22() >= 0)
         painter->drawText(rect, 0, text);
     else

@@ -1,0 +1,244 @@
+// Inputs of the painter and the picture export that fuzzing found to fail,
+// each checked in with the fuzz regressions and decoded here as PaintFuzzer
+// decodes its reps built from numbers: one byte of layout, then per primitive
+// a byte of kind (modulo 5: points, separate segments, a connected line, a
+// surface, a text), a byte of options (low nibble line style, high nibble
+// priority less 8), a byte of count and the numbers. A number is one byte:
+// below 16 an odd value of the table below, up to 127 the byte less 72, from
+// 128 on the eight bytes that follow as a double.
+
+#include "PaintingTestSupport.h"
+
+#include <KEZVisPointPrimitive.h>
+#include <KEZVisPolylinePrimitive.h>
+#include <KEZVisRepFactory.h>
+#include <KEZVisTextPrimitive.h>
+
+#include <KEZMathBoundingBox.h>
+#include <KEZMathPlane.h>
+#include <KEZMathPoint.h>
+#include <KEZMathSetOfPoints.h>
+
+#include <QByteArray>
+#include <QFile>
+#include <QImage>
+#include <QPainter>
+#include <QTransform>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+using namespace KEZPaintTest;
+
+namespace {
+
+QByteArray FuzzRegression(const char *target, const char *name)
+{
+    QFile file(QStringLiteral(KEZ_FUZZ_REGRESSIONS_DIR "/%1/%2").arg(QLatin1String(target), QLatin1String(name)));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
+    return file.readAll();
+}
+
+class NumberReader
+{
+public:
+    explicit NumberReader(const QByteArray &bytes, qsizetype offset)
+        : m_bytes(bytes)
+        , m_offset(offset)
+    {
+    }
+
+    bool AtEnd() const { return m_offset >= m_bytes.size(); }
+
+    bool Byte(int &value)
+    {
+        if (m_offset >= m_bytes.size())
+            return false;
+        value = static_cast<unsigned char>(m_bytes.at(m_offset++));
+        return true;
+    }
+
+    bool Number(double &value)
+    {
+        const double odd[16] = {0.0, -0.0, std::numeric_limits<double>::quiet_NaN(),
+                                std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
+                                1e300, -1e300, std::numeric_limits<double>::denorm_min(),
+                                std::numeric_limits<double>::min(), std::numeric_limits<double>::max(), 1e-300,
+                                2147483648.0, -2147483649.0, 1073741824.0, 0.5, 1e15};
+        int byte = 0;
+        if (!Byte(byte))
+            return false;
+        if (byte < 16) {
+            value = odd[byte];
+        } else if (byte < 128) {
+            value = byte - 72;
+        } else {
+            if (m_offset + 8 > m_bytes.size())
+                return false;
+            std::memcpy(&value, m_bytes.constData() + m_offset, 8);
+            m_offset += 8;
+        }
+        return true;
+    }
+
+    bool Point(KEZMathPoint &point)
+    {
+        double x = 0, y = 0, z = 0;
+        if (!Number(x) || !Number(y) || !Number(z))
+            return false;
+        point = KEZMathPoint(x, y, z);
+        return true;
+    }
+
+private:
+    const QByteArray &m_bytes;
+    qsizetype m_offset;
+};
+
+// The reps of points, lines and texts in \a bytes after the layout byte; the
+// inputs kept here hold no surfaces.
+void DecodeReps(const QByteArray &bytes, RepList &reps)
+{
+    NumberReader reader(bytes, 1);
+    while (!reader.AtEnd()) {
+        int kind = 0, options = 0, count = 0;
+        if (!reader.Byte(kind) || !reader.Byte(options) || !reader.Byte(count))
+            return;
+        const KEZVisOptions visOptions = Options(QColor::fromRgb(0x20 * (options & 7), 0x80, 0xff - options, 0xc0),
+                                                 (options >> 4) - 8, options & 15, 1.0 + (options & 3));
+        ASSERT_NE(kind % 5, 3);
+        if (kind % 5 == 4) {
+            QByteArray latin1;
+            int c = 0;
+            for (int i = 0; i < count; ++i) {
+                if (!reader.Byte(c))
+                    return;
+                latin1.append(char(c));
+            }
+            KEZMathPoint anchor;
+            int location = 0;
+            if (!reader.Point(anchor) || !reader.Byte(location))
+                return;
+            reps.AddPrimitive(new KEZVisTextPrimitive(QString::fromLatin1(latin1), anchor,
+                                                      static_cast<KEZVisTextPrimitive::AnchorLocation>(location - 4),
+                                                      KEZVisTextPrimitive::ScalabilityScalable),
+                              visOptions);
+            continue;
+        }
+        KEZMathSetOfPoints points;
+        for (int i = 0; i < count; ++i) {
+            KEZMathPoint point;
+            if (!reader.Point(point))
+                return;
+            points.append(point);
+        }
+        if (kind % 5 == 0)
+            reps.AddPrimitive(new KEZVisPointPrimitive(points), visOptions);
+        else
+            reps.AddPolyline(points, kind % 5 == 1 ? KEZVisPolylinePrimitive::StructureSeparateSegments
+                                                   : KEZVisPolylinePrimitive::StructureConnected,
+                             visOptions);
+    }
+}
+
+bool IsTransparent(const QImage &image)
+{
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (qAlpha(image.pixel(x, y)) != 0)
+                return false;
+    return true;
+}
+
+} // namespace
+
+TEST(PaintFuzzRegression, TextInAPictureOfAModelWithANaNCoordinateIsLeftOutInsteadOfCrashing)
+{
+    // Found by PaintFuzzer: a connected line with a point whose x is NaN and a
+    // long text. The box of the model, and so the transform of CreateImage,
+    // held NaN; the text went through a pixmap, and Qt's raster engine read
+    // outside its buffers drawing that pixmap through the NaN transform.
+    QLoggingCategory::setFilterRules(QStringLiteral("kez.visualization.painter.debug=false"));
+    const QByteArray input = FuzzRegression("PaintFuzzer", "text-through-nan-transform");
+    ASSERT_EQ(input.at(0), char(0x04)); // reps from numbers, CreateImage, the default plane
+    RepList reps;
+    DecodeReps(input, reps);
+    ASSERT_GE(reps.List().size(), 2);
+    EXPECT_TRUE(std::isnan(KEZVisRepFactory::CalculateRepesentationBoundingBox(reps.List()).GetLowerPoint().GetX()));
+
+    const QImage picture = KEZVisRepFactory::CreateImage(QSize(48, 32), reps.List(), Qt::white);
+    EXPECT_EQ(picture.size(), QSize(48, 32));
+    EXPECT_TRUE(IsTransparent(picture));
+    QLoggingCategory::setFilterRules(QString());
+}
+
+TEST(PaintReps, DrawsNoTextThroughATransformThatIsNotFinite)
+{
+    QLoggingCategory::setFilterRules(QStringLiteral("kez.visualization.painter.debug=false"));
+    RepList reps;
+    reps.AddPrimitive(new KEZVisTextPrimitive(QString(40, QChar(0xff)), KEZMathPoint(0, 0, 0),
+                                              KEZVisTextPrimitive::AnchorCenter,
+                                              KEZVisTextPrimitive::ScalabilityScalable),
+                      Options(Qt::black));
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    // Both ways of drawing text: into its rect where y runs down, through a
+    // pixmap where it runs up.
+    for (const QTransform &transform : {QTransform(1, 0, 0, 1, nan, 10), QTransform(0.5, 0, 0, -0.5, nan, 20)}) {
+        QImage image(64, 64, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        painter.setWorldTransform(transform);
+        KEZVisRepFactory::PaintReps(KEZMathPlane(), &painter, reps.List());
+        painter.end();
+        EXPECT_TRUE(IsTransparent(image));
+    }
+    QLoggingCategory::setFilterRules(QString());
+}
+
+TEST(PaintReps, DrawsNoTextWhoseRectOnTheDeviceReachesBeyondTwoToTheThirty)
+{
+    QLoggingCategory::setFilterRules(QStringLiteral("kez.visualization.painter.debug=false"));
+    RepList reps;
+    reps.AddPrimitive(new KEZVisTextPrimitive(QStringLiteral("Far"), KEZMathPoint(0, 0, 0),
+                                              KEZVisTextPrimitive::AnchorCenter,
+                                              KEZVisTextPrimitive::ScalabilityScalable),
+                      Options(Qt::black));
+    // Scaled by 1e12 the text's few units cover far more than 2^30 pixels
+    // around the middle of the picture.
+    QImage image(64, 64, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setWorldTransform(QTransform(1e12, 0, 0, -1e12, 32, 32));
+    KEZVisRepFactory::PaintReps(KEZMathPlane(), &painter, reps.List());
+    painter.end();
+    EXPECT_TRUE(IsTransparent(image));
+    QLoggingCategory::setFilterRules(QString());
+}
+
+TEST(PaintReps, StillDrawsTextWhoseRectOnTheDeviceIsFiniteAndNear)
+{
+    QLoggingCategory::setFilterRules(QStringLiteral("kez.visualization.painter.debug=false"));
+    RepList reps;
+    KEZVisOptions options = Options(Qt::black);
+    QFont font = options.GetFont();
+    font.setPixelSize(20);
+    options.SetFont(font);
+    reps.AddPrimitive(new KEZVisTextPrimitive(QStringLiteral("MW"), KEZMathPoint(32, 32, 0),
+                                              KEZVisTextPrimitive::AnchorCenter,
+                                              KEZVisTextPrimitive::ScalabilityScalable),
+                      options);
+    // The anchor lands in the middle of the picture either way.
+    for (const QTransform &transform : {QTransform(), QTransform(1, 0, 0, -1, 0, 64)}) {
+        QImage image(64, 64, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        painter.setWorldTransform(transform);
+        KEZVisRepFactory::PaintReps(KEZMathPlane(), &painter, reps.List());
+        painter.end();
+        EXPECT_FALSE(IsTransparent(image)) << transform.m22();
+    }
+    QLoggingCategory::setFilterRules(QString());
+}
