@@ -26,7 +26,8 @@
 //   reaches the closed polylines in PaintRepsRecursively and the SVG.
 // - Bit 2: CreateImage too (a 48 by 32 picture, fitted to the reps' box).
 // - Bits 3 and 4: the plane of PaintReps: the default one, one seen from the
-//   side, one tilted, or one whose directions are decoded from the bytes.
+//   side, one tilted, or one whose directions are two points of numbers right
+//   after the layout byte (directions that make no plane leave the default).
 //
 // Checked: the images keep their size; the SVG, when anything was written,
 // begins as an XML document.
@@ -49,6 +50,7 @@
 #include <KEZMathPoint.h>
 #include <KEZMathSetOfPoints.h>
 #include <KEZMathVector.h>
+#include <KEZMathZeroMagnitudeVectorException.h>
 
 #include <QBuffer>
 #include <QColor>
@@ -275,9 +277,15 @@ KEZMathPlane PlaneFromBits(int bits, Reader &reader)
     default: {
         KEZMathPoint x;
         KEZMathPoint y;
-        if (reader.Point(x) && reader.Point(y))
+        if (!reader.Point(x) || !reader.Point(y))
+            break;
+        try {
             plane.SetDirections(KEZMathVector(x.GetX(), x.GetY(), x.GetZ()),
                                 KEZMathVector(y.GetX(), y.GetY(), y.GetZ()));
+        } catch (const KEZMathZeroMagnitudeVectorException &) {
+            // Directions without magnitude, or y along x, make no plane; the
+            // plane stays the default one.
+        }
         break;
     }
     }

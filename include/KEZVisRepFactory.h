@@ -430,9 +430,11 @@ public:
      * and so does a text whose placed rectangle, mapped by the painter's
      * combined transform, is not finite or reaches beyond +-2^30 device
      * pixels (a transform that is not finite, as that of CreateImage() for a
-     * model with NaN coordinates, or an absurdly large one): Qt's raster
-     * engine reads outside its buffers when it draws through such a
-     * transform, and nothing of such a text could be seen.
+     * model with NaN coordinates, or an absurdly large one): nothing of such
+     * a text could be seen. The pixmap of upright text is drawn with
+     * QPainter::SmoothPixmapTransform, which the painter's state after the
+     * primitive no longer has: Qt's raster engine reads outside the pixmap
+     * in its fast blit of some scales that turn y over.
      * A pen width from a singular transform (unitScale 0) is not guarded.
      */
     static void PaintReps(KEZMathPlane const &plane, QPainter *painter, QList<KEZVisRep const *> const &reps);

@@ -247,14 +247,20 @@ void DrawTextThroughPixmap(QPainter *painter, const QRect &rect, const QString &
         pixmapPainter.setWorldTransform(QTransform::fromTranslate(0, -rect.height()) * QTransform::fromScale(1, -1));
         pixmapPainter.drawText(QRect(0, 0, rect.width(), rect.height()), 0, text);
     }
+    // Under a scale that turns y over, Qt's raster engine blits a pixmap with
+    // a fast routine that reads outside the pixmap for some scales below one
+    // (a long text in a small fitted picture); with a smooth transformation
+    // it takes its general path, which does not. The painter is restored
+    // after every primitive, so the hint goes with the text.
+    painter->setRenderHint(QPainter::SmoothPixmapTransform);
     painter->drawPixmap(rect.x(), rect.y(), rect.width(), rect.height(), pixmap);
 }
 
 // Whether \a rect lands on the painter's device as a finite rectangle within
-// +-KEZVisPixelLimit. Qt's raster engine reads outside its buffers when it is
-// asked to draw a pixmap through a transform that is not finite (as that of a
-// picture fitted to a box of NaN), so text that would land elsewhere is not
-// drawn; none of it could be seen on any device.
+// +-KEZVisPixelLimit. Text that would land elsewhere (through a transform that
+// is not finite, as that of a picture fitted to a box of NaN, or an absurdly
+// large one) is not drawn: none of it could be seen on any device, and Qt's
+// fixed-point rasterisation is not made for such rectangles.
 bool LandsOnDevice(const QPainter *painter, const QRect &rect)
 {
     const QRectF device = painter->combinedTransform().mapRect(QRectF(rect));

@@ -3,7 +3,10 @@
 // decodes its reps built from numbers: one byte of layout, then per primitive
 // a byte of kind (modulo 5: points, separate segments, a connected line, a
 // surface, a text), a byte of options (low nibble line style, high nibble
-// priority less 8), a byte of count and the numbers. A number is one byte:
+// priority less 8), a byte of count and the numbers (for a surface its
+// vertices, a byte of triangle count and three index bytes per triangle; for
+// a text its Latin-1 characters, the anchor and a byte of anchor location less
+// 4). A number is one byte:
 // below 16 an odd value of the table below, up to 127 the byte less 72, from
 // 128 on the eight bytes that follow as a double.
 
@@ -12,6 +15,7 @@
 #include <KEZVisPointPrimitive.h>
 #include <KEZVisPolylinePrimitive.h>
 #include <KEZVisRepFactory.h>
+#include <KEZVisSurfacePrimitive.h>
 #include <KEZVisTextPrimitive.h>
 
 #include <KEZMathBoundingBox.h>
@@ -30,6 +34,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <vector>
 
 using namespace KEZPaintTest;
 
@@ -98,18 +103,58 @@ private:
     qsizetype m_offset;
 };
 
-// The reps of points, lines and texts in \a bytes after the layout byte; the
-// inputs kept here hold no surfaces.
+// A surface of \a vertexes vertices, then a byte of triangle count and three
+// bytes of vertex index per triangle, taken modulo the vertex count.
+KEZVisSurfacePrimitive *DecodeSurface(NumberReader &reader, int vertexes)
+{
+    std::vector<double> coords;
+    for (int i = 0; i < vertexes; ++i) {
+        KEZMathPoint point;
+        if (!reader.Point(point))
+            return nullptr;
+        coords.insert(coords.end(), {point.GetX(), point.GetY(), point.GetZ()});
+    }
+    int triangles = 0;
+    if (!reader.Byte(triangles) || vertexes == 0)
+        triangles = 0;
+    std::vector<int> indexes;
+    for (int i = 0; i < 3 * triangles; ++i) {
+        int index = 0;
+        if (!reader.Byte(index))
+            return nullptr;
+        indexes.push_back(index % vertexes);
+    }
+    auto *ownedCoords = new double[coords.size() + 1];
+    std::copy(coords.begin(), coords.end(), ownedCoords);
+    auto *ownedIndexes = new int[indexes.size() + 1];
+    std::copy(indexes.begin(), indexes.end(), ownedIndexes);
+    return new KEZVisSurfacePrimitive(vertexes, ownedCoords, triangles, ownedIndexes, nullptr);
+}
+
+// The reps of \a bytes, which hold reps built from numbers. Two points of the
+// plane's directions come first when bits 3 and 4 of the layout are both set;
+// they are passed over, as CreateImage paints on the default plane.
 void DecodeReps(const QByteArray &bytes, RepList &reps)
 {
+    ASSERT_EQ(bytes.at(0) & 1, 0);
     NumberReader reader(bytes, 1);
+    if (((bytes.at(0) >> 3) & 3) == 3) {
+        KEZMathPoint x, y;
+        ASSERT_TRUE(reader.Point(x) && reader.Point(y));
+    }
     while (!reader.AtEnd()) {
         int kind = 0, options = 0, count = 0;
         if (!reader.Byte(kind) || !reader.Byte(options) || !reader.Byte(count))
             return;
         const KEZVisOptions visOptions = Options(QColor::fromRgb(0x20 * (options & 7), 0x80, 0xff - options, 0xc0),
                                                  (options >> 4) - 8, options & 15, 1.0 + (options & 3));
-        ASSERT_NE(kind % 5, 3);
+        if (kind % 5 == 3) {
+            KEZVisSurfacePrimitive *surface = DecodeSurface(reader, count);
+            if (!surface)
+                return;
+            reps.AddPrimitive(surface, visOptions);
+            continue;
+        }
         if (kind % 5 == 4) {
             QByteArray latin1;
             int c = 0;
@@ -163,7 +208,7 @@ TEST(PaintFuzzRegression, TextInAPictureOfAModelWithANaNCoordinateIsLeftOutInste
     // outside its buffers drawing that pixmap through the NaN transform.
     QLoggingCategory::setFilterRules(QStringLiteral("kez.visualization.painter.debug=false"));
     const QByteArray input = FuzzRegression("PaintFuzzer", "text-through-nan-transform");
-    ASSERT_EQ(input.at(0), char(0x04)); // reps from numbers, CreateImage, the default plane
+    ASSERT_EQ(input.at(0), char(0x04)); // reps from numbers, then CreateImage
     RepList reps;
     DecodeReps(input, reps);
     ASSERT_GE(reps.List().size(), 2);
@@ -240,5 +285,50 @@ TEST(PaintReps, StillDrawsTextWhoseRectOnTheDeviceIsFiniteAndNear)
         painter.end();
         EXPECT_FALSE(IsTransparent(image)) << transform.m22();
     }
+    QLoggingCategory::setFilterRules(QString());
+}
+
+TEST(PaintFuzzRegression, UprightTextScaledBelowOnePixelHighInAFittedPictureIsDrawnWithoutReadingOutsideThePixmap)
+{
+    // Found by PaintFuzzer: a long text among reps whose box, fitted into a
+    // picture 48 by 32, gave a scale of about 0.059 with y turned over. The
+    // text's pixmap, 810 by 15, came out less than a pixel high, and Qt's fast
+    // blit of a scaled pixmap read far outside it.
+    QLoggingCategory::setFilterRules(QStringLiteral("kez.visualization.painter.debug=false"));
+    const QByteArray input = FuzzRegression("PaintFuzzer", "text-scaled-below-a-pixel");
+    ASSERT_EQ(input.at(0), char(0x1c)); // reps from numbers, CreateImage, a plane of given directions
+    RepList reps;
+    DecodeReps(input, reps);
+    ASSERT_GE(reps.List().size(), 2);
+
+    const QImage picture = KEZVisRepFactory::CreateImage(QSize(48, 32), reps.List(), Qt::white);
+    EXPECT_EQ(picture.size(), QSize(48, 32));
+    QLoggingCategory::setFilterRules(QString());
+}
+
+TEST(PaintReps, DrawsUprightTextUnderEveryScaleThatTurnsYOverWithoutReadingOutsideThePixmap)
+{
+    // Scales from 0.001 to 1 in steps of a few percent, each at offsets that
+    // put the text's pixmap across pixel edges in varying ways.
+    QLoggingCategory::setFilterRules(QStringLiteral("kez.visualization.painter.debug=false"));
+    RepList reps;
+    reps.AddPrimitive(new KEZVisTextPrimitive(QString(60, QChar(u'W')), KEZMathPoint(0, 0, 0),
+                                              KEZVisTextPrimitive::AnchorBottomLeft,
+                                              KEZVisTextPrimitive::ScalabilityScalable),
+                      Options(Qt::black));
+    int drawn = 0;
+    for (double scale = 0.001; scale < 1.0; scale *= 1.03) {
+        for (double offset : {0.0, 0.25, 0.5, 0.8}) {
+            QImage image(48, 32, QImage::Format_ARGB32_Premultiplied);
+            image.fill(Qt::transparent);
+            QPainter painter(&image);
+            painter.setWorldTransform(QTransform(scale, 0, 0, -scale, offset, 16.0 + offset));
+            KEZVisRepFactory::PaintReps(KEZMathPlane(), &painter, reps.List());
+            painter.end();
+            drawn += IsTransparent(image) ? 0 : 1;
+        }
+    }
+    // The text shows, at least where it is larger than a pixel.
+    EXPECT_GT(drawn, 0);
     QLoggingCategory::setFilterRules(QString());
 }
