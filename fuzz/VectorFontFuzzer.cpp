@@ -7,7 +7,8 @@
 //
 // Input: four bytes of settings, the text to lay out, then the font file.
 // - Byte 0: bit 0 set loads the file through the resource (Load()), clear
-//   reads it from a QBuffer (Read()); bit 1 stores the resource compressed;
+//   reads it from a QBuffer (Read()); bit 1 stores the resource compressed
+//   (unless the file is empty);
 //   bits 2 to 5 pick the anchor (modulo 9); bit 6 the orientation; bit 7 a
 //   plane tilted out of the xy plane.
 // - Byte 1: bits 0 and 1 the justification (3 stays out of range), bits 2 to
@@ -138,7 +139,9 @@ KEZVisVectorFontPrivate *ReadFont(const QByteArray &file, bool throughResource, 
         return record.release();
     }
     static const QString root = QStringLiteral("/kez-fuzz-fonts");
-    const QByteArray resource = CompiledResource(QStringLiteral("fuzzed.vct"), file, compressed);
+    // An empty file is never stored compressed, as rcc would not either: Qt
+    // cannot open a compressed resource of no bytes.
+    const QByteArray resource = CompiledResource(QStringLiteral("fuzzed.vct"), file, compressed && !file.isEmpty());
     const auto *rccData = reinterpret_cast<const uchar *>(resource.constData());
     if (!QResource::registerResource(rccData, root))
         __builtin_trap(); // the resource built above is always valid
