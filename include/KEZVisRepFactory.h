@@ -473,7 +473,9 @@ public:
      * lower x - m, y is -(delta y + (lower y - m) + 2m), the width delta x +
      * 2m and the height delta y + 2m, each truncated towards zero (also below
      * zero: 0.88 gives 0 and -0.5 gives 0). Values beyond +-2^30 are clamped
-     * to that, and a value that is not a number gives 0.
+     * to that, and a value that is not a number gives 0. A box far out, with
+     * x and width both 2^30, gives a rectangle whose right() is the largest
+     * int; the same holds for y and the height.
      */
     static QRect CalculateViewBox(KEZMathBoundingBox const &box);
 

@@ -23,6 +23,7 @@
 #include <KEZMathPoint.h>
 #include <KEZMathSetOfPoints.h>
 
+#include <QBuffer>
 #include <QByteArray>
 #include <QFile>
 #include <QImage>
@@ -31,6 +32,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -331,4 +333,59 @@ TEST(PaintReps, DrawsUprightTextUnderEveryScaleThatTurnsYOverWithoutReadingOutsi
     // The text shows, at least where it is larger than a pixel.
     EXPECT_GT(drawn, 0);
     QLoggingCategory::setFilterRules(QString());
+}
+
+namespace {
+
+// Truncation towards zero with the clamp to +-2^30 and NaN as 0, written out.
+qint64 Truncated(double value)
+{
+    if (std::isnan(value))
+        return 0;
+    return qint64(std::clamp(value, -1073741824.0, 1073741824.0));
+}
+
+} // namespace
+
+TEST(PaintFuzzRegression, ViewBoxOfABoxFarOutKeepsItsEdgesWithoutOverflowingInt)
+{
+    // Found by PaintFuzzer: points about 1e248 apart, far from the origin, in
+    // an extra set. The view box's x and width were both clamped to 2^30, and
+    // QRect's constructor overflowed int summing them for its right edge.
+    QLoggingCategory::setFilterRules(QStringLiteral("kez.visualization.painter.debug=false"));
+    const QByteArray input = FuzzRegression("PaintFuzzer", "view-box-far-out");
+    ASSERT_EQ(input.at(0), char(0x02)); // reps from numbers in an extra set
+    RepList reps;
+    DecodeReps(input, reps);
+    ASSERT_FALSE(reps.List().isEmpty());
+
+    const KEZMathBoundingBox box = KEZVisRepFactory::CalculateRepesentationBoundingBox(reps.List());
+    const double margin = 0.02 * box.GetDeltaX();
+    const qint64 x = Truncated(box.GetLowerPoint().GetX() - margin);
+    const qint64 width = Truncated(box.GetDeltaX() + 2.0 * margin);
+    const QRect viewBox = KEZVisRepFactory::CalculateViewBox(box);
+    EXPECT_EQ(viewBox.x(), x);
+    EXPECT_EQ(viewBox.width(), width);
+    EXPECT_EQ(qint64(viewBox.right()), x + width - 1);
+
+    QBuffer svg;
+    svg.open(QIODevice::WriteOnly);
+    KEZVisRepFactory::CreateSvgImage(reps.List(), box, viewBox, &svg);
+    EXPECT_TRUE(svg.data().startsWith("<?xml"));
+    QLoggingCategory::setFilterRules(QString());
+}
+
+TEST(CalculateViewBox, GivesABoxFarOutItsClampedCornerAndSizeWithTheLargestIntAsFarEdges)
+{
+    // x = 1e12 - 1.8e11 and y = -(9e12 + (-1e13 - 1.8e11) + 3.6e11) = 8.2e11
+    // clamp to 2^30; width and height 9.36e12 clamp to 2^30 as well. The far
+    // edges, 2^30 + 2^30 - 1, are the largest int.
+    const QRect viewBox = KEZVisRepFactory::CalculateViewBox(
+        KEZMathBoundingBox(KEZMathPoint(1e12, -1e13, 0), KEZMathPoint(1e13, -1e12, 0)));
+    EXPECT_EQ(viewBox.x(), 1 << 30);
+    EXPECT_EQ(viewBox.y(), 1 << 30);
+    EXPECT_EQ(viewBox.width(), 1 << 30);
+    EXPECT_EQ(viewBox.height(), 1 << 30);
+    EXPECT_EQ(viewBox.right(), std::numeric_limits<int>::max());
+    EXPECT_EQ(viewBox.bottom(), std::numeric_limits<int>::max());
 }
