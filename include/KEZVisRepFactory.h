@@ -436,6 +436,11 @@ public:
      * primitive no longer has: Qt's raster engine reads outside the pixmap
      * in its fast blit of some scales that turn y over.
      * A pen width from a singular transform (unitScale 0) is not guarded.
+     * Under a painter transform with an entry that is not finite (as that
+     * of CreateImage() for a model without extent, whose scale is infinite)
+     * the primitives are gone through as above, each with its debug line, but
+     * none is drawn: nothing could be seen, and Qt's dash stroker allocates
+     * without bound under such a transform.
      */
     static void PaintReps(KEZMathPlane const &plane, QPainter *painter, QList<KEZVisRep const *> const &reps);
 
@@ -491,8 +496,8 @@ public:
      *
      * A size that is empty or negative gives a null QImage, with a warning.
      * An empty list gives a transparent picture of the size; so does a model
-     * without extent (a zero delta), whose scale is not finite and which
-     * Qt draws nothing of. The picture is made through a QPixmap, so the call
+     * without extent (a zero delta) or with a box that is not finite: its
+     * transform is not finite, and PaintReps() draws nothing through it. The picture is made through a QPixmap, so the call
      * needs a QGuiApplication and belongs on its thread; without one it
      * gives a null QImage, with a warning.
      */

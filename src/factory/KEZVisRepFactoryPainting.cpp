@@ -124,6 +124,20 @@ QList<bool> &NoExtraFlags()
     return none;
 }
 
+// Whether every entry of \a transform is a finite number. Through one that is
+// not (as that of a picture fitted to a model without extent, whose scale is
+// infinite) nothing can be seen, and Qt's dash stroker, given the pen width
+// that follows from it, allocates without bound: nothing is drawn then.
+bool IsFinite(const QTransform &transform)
+{
+    for (double entry : {transform.m11(), transform.m12(), transform.m13(), transform.m21(), transform.m22(),
+                         transform.m23(), transform.m31(), transform.m32(), transform.m33()}) {
+        if (!std::isfinite(entry))
+            return false;
+    }
+    return true;
+}
+
 double UnitScaleOf(const QPainter *painter)
 {
     const QTransform transform = painter->transform();
@@ -327,11 +341,13 @@ void PaintActive(const KEZMathPlane &plane, QPainter *painter, const QList<const
                        work.primitives.size() - 1);
 
     const double unitScale = UnitScaleOf(painter);
+    const bool canShow = IsFinite(painter->combinedTransform());
     for (qsizetype n = 0; n < work.primitives.size(); ++n) {
         painter->save();
         ApplyOptionsToPainter(work.options[n], painter, unitScale);
         qCDebug(lcKezPainter).nospace().noquote() << "  The painter brush color is: " << painter->brush().color();
-        PaintPrimitive(plane, painter, work.primitives[n]);
+        if (canShow)
+            PaintPrimitive(plane, painter, work.primitives[n]);
         painter->restore();
     }
 }

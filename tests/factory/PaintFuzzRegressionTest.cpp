@@ -389,3 +389,48 @@ TEST(CalculateViewBox, GivesABoxFarOutItsClampedCornerAndSizeWithTheLargestIntAs
     EXPECT_EQ(viewBox.right(), std::numeric_limits<int>::max());
     EXPECT_EQ(viewBox.bottom(), std::numeric_limits<int>::max());
 }
+
+TEST(PaintFuzzRegression, DashedPointsOfAModelWithoutExtentMakeATransparentPictureInsteadOfExhaustingMemory)
+{
+    // Found by PaintFuzzer: dotted points, all at the origin. The picture's
+    // scale was infinite, the pen width NaN, and Qt's dash stroker allocated
+    // gigabytes for the first point.
+    QLoggingCategory::setFilterRules(QStringLiteral("kez.visualization.painter.debug=false"));
+    const QByteArray input = FuzzRegression("PaintFuzzer", "dashed-points-without-extent");
+    ASSERT_EQ(input.at(0), char(0x04)); // reps from numbers, then CreateImage
+    RepList reps;
+    DecodeReps(input, reps);
+    ASSERT_FALSE(reps.List().isEmpty());
+    const KEZMathBoundingBox box = KEZVisRepFactory::CalculateRepesentationBoundingBox(reps.List());
+    ASSERT_EQ(box.GetDeltaX(), 0.0);
+    ASSERT_EQ(box.GetDeltaY(), 0.0);
+
+    const QImage picture = KEZVisRepFactory::CreateImage(QSize(48, 32), reps.List(), Qt::white);
+    EXPECT_EQ(picture.size(), QSize(48, 32));
+    EXPECT_TRUE(IsTransparent(picture));
+    QLoggingCategory::setFilterRules(QString());
+}
+
+TEST(PaintReps, DrawsNothingUnderATransformThatIsNotFiniteButWritesTheDebugLineOfEachPrimitive)
+{
+    MessageCapture capture;
+    RepList reps;
+    const KEZVisOptions dotted = Options(Qt::black, 0, KEZVisOptions::LineStyleDot, 2.0);
+    reps.AddPrimitive(new KEZVisPointPrimitive(PointsOf({1, 1, 0})), dotted);
+    reps.AddPolyline(PointsOf({0, 0, 0, 5, 5, 0}), KEZVisPolylinePrimitive::StructureSeparateSegments, dotted);
+    reps.AddPolyline(PointsOf({0, 0, 0, 5, 0, 0, 5, 5, 0}), KEZVisPolylinePrimitive::StructureConnected, dotted);
+    const double inf = std::numeric_limits<double>::infinity();
+    for (const QTransform &transform : {QTransform(inf, 0, 0, -inf, 0, 0), QTransform(1, 0, 0, 1, inf, 0)}) {
+        QImage image(48, 32, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        painter.setWorldTransform(transform);
+        KEZVisRepFactory::PaintReps(KEZMathPlane(), &painter, reps.List());
+        painter.end();
+        EXPECT_TRUE(IsTransparent(image));
+    }
+    EXPECT_EQ(capture.Matching(QStringLiteral("kez.visualization.painter"),
+                               QStringLiteral("  The painter brush color is: "))
+                  .size(),
+              6);
+}
