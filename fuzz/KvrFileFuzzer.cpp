@@ -2,8 +2,8 @@
 // whose size the reader can see and from a sequential device, whose size it
 // cannot; then writes what was read and reads that again.
 //
-// Input: one byte that picks the device (bit 0 set: a sequential device that
-// hands out a few bytes a read; clear: a QBuffer), then the bytes of the file.
+// Input: one byte that picks the device (bit 0 set: a sequential device;
+// clear: a QBuffer), then the bytes of the file.
 //
 // Checked: the reader gives either reps and no error or an error and no reps;
 // reps read write again, and what they write reads back without an error.
@@ -20,8 +20,8 @@
 
 namespace {
 
-// A device that gives the bytes of a buffer in pieces and tells nothing of how
-// many are left, as a pipe or a socket does.
+// A device that tells nothing of how many bytes are left, as a pipe or a
+// socket does, here one whose writer has already written everything.
 class SequentialDevice : public QIODevice
 {
 public:
@@ -37,8 +37,7 @@ public:
 protected:
     qint64 readData(char *data, qint64 maxSize) override
     {
-        // At most 7 bytes a call, so that reads are split across the buffer of QIODevice.
-        const qint64 count = std::min<qint64>({maxSize, m_bytes.size() - m_offset, 7});
+        const qint64 count = std::min<qint64>(maxSize, m_bytes.size() - m_offset);
         std::memcpy(data, m_bytes.constData() + m_offset, size_t(count));
         m_offset += count;
         return count;
