@@ -77,11 +77,13 @@ run_fuzzers() {
     local seconds="$1"
     local dir="$here/build-fuzz"
     # -O1 with line tables only: quick to build, fast enough to fuzz, and
-    # stack traces still name files and lines.
+    # stack traces still name files and lines. The apps are configured for
+    # kezvis' scene library, which the .kvr reader's target links; only what
+    # the targets need is built.
     cmake -S "$here" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
         -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -gline-tables-only -DNDEBUG" \
         -DCMAKE_CXX_COMPILER=clang++-14 -DKEZ_FUZZ=ON -DBUILD_TESTING=OFF \
-        -DKEZ_BUILD_BENCHMARKS=OFF -DKEZ_BUILD_EXAMPLES=OFF
+        -DKEZ_BUILD_BENCHMARKS=OFF -DKEZ_BUILD_EXAMPLES=OFF -DKEZ_BUILD_APPS=ON
     cmake --build "$dir" -j "$jobs" --target KEZFuzzers
     mkdir -p "$dir/logs"
     # As many targets at once as there are jobs; each runs on one core.

@@ -14,11 +14,17 @@
 #include "KEZVisRepFactory.h"
 #include "KEZVisRepGraphics.h"
 #include "KEZVisSurfacePrimitive.h"
+#include "KEZVisTextPrimitive.h"
+
+#ifdef KEZ_FUZZ_KVR
+#include "KvrFile.h"
+#endif
 
 #include <KEZMathPoint.h>
 #include <KEZMathSetOfPoints.h>
 #include <KEZMathVector.h>
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFont>
@@ -278,6 +284,189 @@ void WriteFilledPolygons()
     }
 }
 
+// A number in the PaintFuzzer's form: a small integer in one byte, anything
+// else as a marker byte and the double.
+void AppendNumber(QByteArray &bytes, double value)
+{
+    if (value == std::floor(value) && value >= -56.0 && value <= 55.0) {
+        bytes.append(char(int(value) + 72));
+        return;
+    }
+    bytes.append(char(0x80));
+    AppendDouble(bytes, value);
+}
+
+void AppendPoints(QByteArray &bytes, std::initializer_list<double> coordinates)
+{
+    for (double value : coordinates)
+        AppendNumber(bytes, value);
+}
+
+void WritePainting()
+{
+    const QString target = QStringLiteral("PaintFuzzer");
+    // Every kind of primitive, one rep each: points, separate segments, a
+    // closed square, a tetrahedron and a text, in several priorities and line
+    // styles.
+    QByteArray primitives;
+    primitives.append(char(0)).append(char(0x80)).append(char(2));
+    AppendPoints(primitives, {1, 1, 0, 2, 3, 0});
+    primitives.append(char(1)).append(char(0x93)).append(char(4));
+    AppendPoints(primitives, {-10, -10, 0, 10, 10, 0, -10, 10, 0, 10, -10, 5});
+    primitives.append(char(2)).append(char(0xa4)).append(char(5));
+    AppendPoints(primitives, {0, 0, 0, 20, 0, 0, 20, 20, 0, 0, 20, 0, 0, 0, 0});
+    primitives.append(char(3)).append(char(0x7a)).append(char(4));
+    AppendPoints(primitives, {0, 0, 0, 5, 0, 0, 0, 5, 0, 0, 0, 5});
+    primitives.append(char(4));
+    for (int v : {0, 2, 1, 0, 1, 3, 0, 3, 2, 1, 2, 3})
+        primitives.append(char(v));
+    primitives.append(char(4)).append(char(0x85)).append(char(2)).append("Hi");
+    AppendPoints(primitives, {3.5, -2.25, 0});
+    primitives.append(char(4 + 4)); // the centre
+    const std::vector<std::pair<const char *, std::uint8_t>> layouts = {
+        {"primitives", 0x00}, {"primitives-extra-set", 0x02}, {"primitives-image", 0x04},
+        {"primitives-side-plane", 0x08}, {"primitives-tilted-plane", 0x16}};
+    for (const auto &layout : layouts)
+        Write(target, QLatin1String(layout.first), QByteArray(1, char(layout.second)) + primitives);
+    // A plane whose directions are given: x along (1, 1, 0), y along z.
+    {
+        QByteArray bytes(1, char(0x18 | 0x04));
+        AppendPoints(bytes, {1, 1, 0, 0, 0, 1});
+        Write(target, QStringLiteral("primitives-given-plane"), bytes + primitives);
+    }
+    // Odd numbers: NaN, infinities, huge and tiny values in points, lines and text.
+    {
+        QByteArray bytes(1, char(0x04));
+        bytes.append(char(2)).append(char(0x31)).append(char(3));
+        for (int v : {2, 0, 0, 3, 5, 0, 4, 7, 0})
+            bytes.append(char(v));
+        bytes.append(char(1)).append(char(0x02)).append(char(2));
+        for (int v : {9, 6, 0, 10, 11, 0})
+            bytes.append(char(v));
+        bytes.append(char(4)).append(char(0x40)).append(char(1)).append("X");
+        for (int v : {13, 12, 0})
+            bytes.append(char(v));
+        bytes.append(char(9));
+        Write(target, QStringLiteral("odd-numbers"), bytes);
+    }
+    // Reps from the rep stream: the stream settings, the pick of a graphics
+    // rep, then what Save() writes.
+    const std::vector<std::pair<const char *, std::function<KEZVisRep *()>>> reps = {
+        {"stream-polyline",
+         [] {
+             return new KEZVisRepGraphics({new KEZVisPolylinePrimitive(Square(2.0), KEZVisPolylinePrimitive::StructureConnected)},
+                                          RichOptions());
+         }},
+        {"stream-surfaces",
+         [] {
+             return new KEZVisRepGraphics({Tetrahedron(), Tetrahedron()}, QList<KEZVisOptions>{RichOptions(),
+                                                                                              PixelFontOptions()});
+         }},
+    };
+    for (const auto &sample : reps) {
+        for (std::uint8_t settings : {std::uint8_t(0x00), std::uint8_t(0x10), std::uint8_t(0x06)}) {
+            std::unique_ptr<KEZVisRep> rep(sample.second());
+            QByteArray bytes = Streamed(settings, [&](QDataStream &out) { rep->Save(out); });
+            bytes.insert(1, char(0));
+            Write(target, QStringLiteral("%1-%2").arg(QLatin1String(sample.first)).arg(settings, 2, 16, QLatin1Char('0')),
+                  QByteArray(1, char(0x01 | 0x02 | 0x04)) + bytes);
+        }
+    }
+}
+
+void WriteVectorFonts()
+{
+    const QString target = QStringLiteral("VectorFontFuzzer");
+    QFile builtIn(QStringLiteral(":/vector-fonts/simple.vct"));
+    if (!builtIn.open(QIODevice::ReadOnly)) {
+        std::fprintf(stderr, "cannot read the built-in font\n");
+        std::exit(1);
+    }
+    const QByteArray simple = builtIn.readAll();
+    const QByteArray wide("A\n3 5\n0 0 2 6 4 0\nB\n2 2.5\n0 0 0 10\nC\n2\n0 0 1 1\n\n10 4\n");
+    const QByteArray crlf("A\r\n2\r\n0 0 1 1\r\n-1 -1 3 3\r\nZ\r\n4 1e3\r\n0 0 4 0 0 6 4 6\r\n\r\n7 6 3\r\nNAME\r\n");
+    const QByteArray headless("A\n2\n0 0 1 1\nB\n2\n0 0 1 1\n");
+    struct Sample
+    {
+        const char *name;
+        std::uint8_t mode;
+        std::uint8_t layout;
+        std::uint8_t spacing;
+        QByteArray text;
+        QByteArray file;
+    };
+    const std::vector<Sample> samples = {
+        {"simple-read", 0x00, 0x44, 0x00, "Hello,\nworld!", simple},
+        {"simple-resource", 0x01 | (4 << 2), 0x41 | (7 << 2), 0x40, "AbC\n12", simple},
+        {"simple-compressed", 0x03 | 0x40 | 0x80, 0x42, 0x08, "x\xe9\x80~ ", simple},
+        {"wide-read", 0x00 | (8 << 2), 0x41, 0x01, "AB\nCA", wide},
+        {"wide-resource", 0x01, 0x44 | (1 << 2), 0x40, "ABC", wide},
+        {"crlf-compressed", 0x03, 0x43, 0x03, "AZ\nZA\n", crlf},
+        {"headless-read", 0x00, 0x40 | (2 << 2), 0x00, "AB", headless},
+        {"odd-sizes-read", 0x00, 0x20 | 0x80, 0x12, "A\nB", wide},
+    };
+    for (const Sample &sample : samples) {
+        QByteArray bytes;
+        bytes.append(char(sample.mode)).append(char(sample.layout)).append(char(sample.spacing));
+        bytes.append(char(sample.text.size())).append(sample.text).append(sample.file);
+        Write(target, QLatin1String(sample.name), bytes);
+    }
+}
+
+#ifdef KEZ_FUZZ_KVR
+void WriteKvrFiles()
+{
+    const QString target = QStringLiteral("KvrFileFuzzer");
+    KEZVisOptions textOptions = PixelFontOptions();
+    textOptions.SetPriority(2);
+    const std::vector<std::pair<const char *, std::function<QList<KEZVisRep *>()>>> samples = {
+        {"empty", [] { return QList<KEZVisRep *>{}; }},
+        {"polyline-and-surface",
+         [] {
+             return QList<KEZVisRep *>{new KEZVisRepGraphics(
+                 {new KEZVisPolylinePrimitive(Square(2.0), KEZVisPolylinePrimitive::StructureConnected), Tetrahedron()},
+                 QList<KEZVisOptions>{RichOptions(), KEZVisOptions()})};
+         }},
+        {"points-and-text",
+         [textOptions] {
+             return QList<KEZVisRep *>{
+                 new KEZVisRepGraphics({new KEZVisPointPrimitive(Square(1.0, 2.0))}, RichOptions()),
+                 new KEZVisRepGraphics({new KEZVisTextPrimitive(QStringLiteral("Label \u00e9"), KEZMathPoint(1, 2, 3),
+                                                                KEZVisTextPrimitive::AnchorTopRight,
+                                                                KEZVisTextPrimitive::ScalabilityFixedSize)},
+                                       textOptions)};
+         }},
+        {"sphere-and-arrow",
+         [] {
+             return QList<KEZVisRep *>{
+                 KEZVisRepFactory::CreateSphereRep(KEZMathPoint(1, 2, 3), 2.0, 2, KEZVisOptions()),
+                 new KEZVisArrowRep(KEZMathPoint(0, 0, 0), KEZMathVector(1, 0, 0), 5.0, KEZVisOptions(), 4, 0.05,
+                                    0.1, 0.8)};
+         }},
+    };
+    for (const auto &sample : samples) {
+        const QList<KEZVisRep *> reps = sample.second();
+        QList<const KEZVisRep *> list;
+        for (KEZVisRep *rep : reps)
+            list.append(rep);
+        QByteArray file;
+        {
+            QBuffer buffer(&file);
+            buffer.open(QIODevice::WriteOnly);
+            QString error;
+            if (!Kvr::Write(buffer, list, &error)) {
+                std::fprintf(stderr, "cannot write a .kvr file: %s\n", qPrintable(error));
+                std::exit(1);
+            }
+        }
+        qDeleteAll(reps);
+        // From a buffer, and from a sequential device.
+        Write(target, QLatin1String(sample.first), QByteArray(1, char(0)) + file);
+        Write(target, QStringLiteral("%1-sequential").arg(QLatin1String(sample.first)), QByteArray(1, char(1)) + file);
+    }
+}
+#endif
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -293,6 +482,11 @@ int main(int argc, char **argv)
     WritePolylines();
     WriteSurfaces();
     WriteFilledPolygons();
+    WritePainting();
+    WriteVectorFonts();
+#ifdef KEZ_FUZZ_KVR
+    WriteKvrFiles();
+#endif
     std::printf("%d seed files written to %s\n", g_written, argv[1]);
     return 0;
 }

@@ -426,8 +426,21 @@ public:
      * skipped. Coordinates that are not finite or are huge are handed to the
      * painter as they are, which draws what it can of them; an anchor
      * position that is not a number is taken as 0 and one beyond
-     * +-2^30 is clamped to that. A text whose rectangle is empty draws nothing.
+     * +-2^30 is clamped to that. A text whose rectangle is empty draws nothing,
+     * and so does a text whose placed rectangle, mapped by the painter's
+     * combined transform, is not finite or reaches beyond +-2^30 device
+     * pixels (a transform that is not finite, as that of CreateImage() for a
+     * model with NaN coordinates, or an absurdly large one): nothing of such
+     * a text could be seen. The pixmap of upright text is drawn with
+     * QPainter::SmoothPixmapTransform, which the painter's state after the
+     * primitive no longer has: Qt's raster engine reads outside the pixmap
+     * in its fast blit of some scales that turn y over.
      * A pen width from a singular transform (unitScale 0) is not guarded.
+     * Under a painter transform with an entry that is not finite (as that
+     * of CreateImage() for a model without extent, whose scale is infinite)
+     * the primitives are gone through as above, each with its debug line, but
+     * none is drawn: nothing could be seen, and Qt's dash stroker allocates
+     * without bound under such a transform.
      */
     static void PaintReps(KEZMathPlane const &plane, QPainter *painter, QList<KEZVisRep const *> const &reps);
 
@@ -465,7 +478,9 @@ public:
      * lower x - m, y is -(delta y + (lower y - m) + 2m), the width delta x +
      * 2m and the height delta y + 2m, each truncated towards zero (also below
      * zero: 0.88 gives 0 and -0.5 gives 0). Values beyond +-2^30 are clamped
-     * to that, and a value that is not a number gives 0.
+     * to that, and a value that is not a number gives 0. A box far out, with
+     * x and width both 2^30, gives a rectangle whose right() is the largest
+     * int; the same holds for y and the height.
      */
     static QRect CalculateViewBox(KEZMathBoundingBox const &box);
 
@@ -481,8 +496,8 @@ public:
      *
      * A size that is empty or negative gives a null QImage, with a warning.
      * An empty list gives a transparent picture of the size; so does a model
-     * without extent (a zero delta), whose scale is not finite and which
-     * Qt draws nothing of. The picture is made through a QPixmap, so the call
+     * without extent (a zero delta) or with a box that is not finite: its
+     * transform is not finite, and PaintReps() draws nothing through it. The picture is made through a QPixmap, so the call
      * needs a QGuiApplication and belongs on its thread; without one it
      * gives a null QImage, with a warning.
      */

@@ -11,8 +11,10 @@
 #include <QIODevice>
 #include <QtEndian>
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
+#include <vector>
 
 namespace Kvr {
 
@@ -102,6 +104,17 @@ qint64 BytesLeft(const QDataStream &stream)
     return device->isSequential() ? std::numeric_limits<qint64>::max() : device->bytesAvailable();
 }
 
+// How many values to make room for before reading \a values of them: all
+// when the device's size vouches for the count (it was checked against the
+// bytes left), otherwise a first piece only. A sequential device tells
+// nothing of how many bytes are to come, so there the values grow with what
+// actually arrives.
+size_t RoomFor(const QDataStream &stream, qint64 values)
+{
+    const qint64 firstPiece = 1 << 16;
+    return size_t(stream.device()->isSequential() ? std::min(values, firstPiece) : values);
+}
+
 // Reads a QString, unless its announced length is more than the bytes left:
 // QDataStream would allocate the whole announced length first.
 bool ReadString(QDataStream &in, QString *text)
@@ -124,8 +137,8 @@ std::unique_ptr<KEZVisRep> ReadPoints(QDataStream &in)
     if (in.status() != QDataStream::Ok || count < 0 || qint64(count) * 24 > BytesLeft(in))
         return nullptr;
     KEZMathSetOfPoints points;
-    points.reserve(count);
-    for (qint32 n = 0; n < count; ++n) {
+    points.reserve(qsizetype(RoomFor(in, count)));
+    for (qint32 n = 0; n < count && in.status() == QDataStream::Ok; ++n) {
         double x = 0, y = 0, z = 0;
         in >> x >> y >> z;
         points.append(KEZMathPoint(x, y, z));
@@ -164,11 +177,17 @@ KEZVisPolylinePrimitive *ReadPolyline(QDataStream &in)
     if (in.status() != QDataStream::Ok || count < 0 || count > std::numeric_limits<int>::max()
         || count * 24 > BytesLeft(in))
         return nullptr;
-    std::unique_ptr<double[]> coords(new double[size_t(3 * count)]);
-    for (qint64 n = 0; n < 3 * count; ++n)
-        in >> coords[n];
+    std::vector<double> values;
+    values.reserve(RoomFor(in, 3 * count));
+    for (qint64 n = 0; n < 3 * count && in.status() == QDataStream::Ok; ++n) {
+        double value = 0.0;
+        in >> value;
+        values.push_back(value);
+    }
     if (in.status() != QDataStream::Ok)
         return nullptr;
+    std::unique_ptr<double[]> coords(new double[values.size() + 1]);
+    std::copy(values.cbegin(), values.cend(), coords.get());
     return new KEZVisPolylinePrimitive(coords.release(), int(count),
                                        static_cast<KEZVisPolylinePrimitive::Structure>(structure));
 }

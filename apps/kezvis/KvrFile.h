@@ -54,7 +54,11 @@ bool Write(QIODevice &device, const QList<const KEZVisRep *> &reps, QString *err
 // kind, a count that the bytes cannot hold, or data that ends early or does
 // not parse give an error and no reps. Memory stays bounded by the size of
 // the device: counts are checked against the bytes left before anything is
-// allocated.
+// allocated. A sequential device (a pipe, a socket) tells nothing of the
+// bytes left; there the points of a record grow with the bytes that actually
+// arrive, whatever count the record announces. Such a device must hold the
+// whole file when the read begins: a part that is still to come reads as the
+// end of the file.
 ReadResult Read(QIODevice &device);
 
 } // namespace Kvr

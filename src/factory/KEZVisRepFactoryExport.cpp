@@ -14,6 +14,9 @@
 #include <QSvgGenerator>
 #include <QTransform>
 
+#include <algorithm>
+#include <limits>
+
 namespace {
 
 // The world transform that fits the box into a page of \a size: the smaller
@@ -39,6 +42,19 @@ QTransform FitTransform(const QSize &size, const KEZMathBoundingBox &box)
     return QTransform::fromTranslate(tx, ty) * QTransform::fromScale(s, -s);
 }
 
+// The rectangle of \a x, \a y, \a width and \a height, built from its edges:
+// QRect keeps x + width - 1 and y + height - 1, whose sums overflow int when
+// both terms are 2^30. Here they are summed in 64 bits and kept within int,
+// which only a length of -2^30 at -2^30 needs.
+QRect RectFromEdges(int x, int y, int width, int height)
+{
+    const auto farEdge = [](int start, int length) {
+        return int(std::clamp<qint64>(qint64(start) + length - 1, std::numeric_limits<int>::min(),
+                                      std::numeric_limits<int>::max()));
+    };
+    return QRect(QPoint(x, y), QPoint(farEdge(x, width), farEdge(y, height)));
+}
+
 } // namespace
 
 KEZMathBoundingBox KEZVisRepFactory::CalculateRepesentationBoundingBox(const QList<const KEZVisRep *> &reps)
@@ -61,7 +77,7 @@ QRect KEZVisRepFactory::CalculateViewBox(const KEZMathBoundingBox &box)
 {
     const double margin = 0.02 * box.GetDeltaX();
     const KEZMathPoint lower = box.GetLowerPoint();
-    return QRect(KEZVisTruncateToInt(lower.GetX() - margin),
+    return RectFromEdges(KEZVisTruncateToInt(lower.GetX() - margin),
                  KEZVisTruncateToInt(-(box.GetDeltaY() + (lower.GetY() - margin) + 2.0 * margin)),
                  KEZVisTruncateToInt(box.GetDeltaX() + 2.0 * margin),
                  KEZVisTruncateToInt(box.GetDeltaY() + 2.0 * margin));

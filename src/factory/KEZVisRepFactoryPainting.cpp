@@ -124,6 +124,20 @@ QList<bool> &NoExtraFlags()
     return none;
 }
 
+// Whether every entry of \a transform is a finite number. Through one that is
+// not (as that of a picture fitted to a model without extent, whose scale is
+// infinite) nothing can be seen, and Qt's dash stroker, given the pen width
+// that follows from it, allocates without bound: nothing is drawn then.
+bool IsFinite(const QTransform &transform)
+{
+    for (double entry : {transform.m11(), transform.m12(), transform.m13(), transform.m21(), transform.m22(),
+                         transform.m23(), transform.m31(), transform.m32(), transform.m33()}) {
+        if (!std::isfinite(entry))
+            return false;
+    }
+    return true;
+}
+
 double UnitScaleOf(const QPainter *painter)
 {
     const QTransform transform = painter->transform();
@@ -247,7 +261,28 @@ void DrawTextThroughPixmap(QPainter *painter, const QRect &rect, const QString &
         pixmapPainter.setWorldTransform(QTransform::fromTranslate(0, -rect.height()) * QTransform::fromScale(1, -1));
         pixmapPainter.drawText(QRect(0, 0, rect.width(), rect.height()), 0, text);
     }
+    // Under a scale that turns y over, Qt's raster engine blits a pixmap with
+    // a fast routine that reads outside the pixmap for some scales below one
+    // (a long text in a small fitted picture); with a smooth transformation
+    // it takes its general path, which does not. The painter is restored
+    // after every primitive, so the hint goes with the text.
+    painter->setRenderHint(QPainter::SmoothPixmapTransform);
     painter->drawPixmap(rect.x(), rect.y(), rect.width(), rect.height(), pixmap);
+}
+
+// Whether \a rect lands on the painter's device as a finite rectangle within
+// +-KEZVisPixelLimit. Text that would land elsewhere (through a transform that
+// is not finite, as that of a picture fitted to a box of NaN, or an absurdly
+// large one) is not drawn: none of it could be seen on any device, and Qt's
+// fixed-point rasterisation is not made for such rectangles.
+bool LandsOnDevice(const QPainter *painter, const QRect &rect)
+{
+    const QRectF device = painter->combinedTransform().mapRect(QRectF(rect));
+    for (double edge : {device.left(), device.top(), device.right(), device.bottom()}) {
+        if (!(std::abs(edge) <= double(KEZVisPixelLimit)))
+            return false;
+    }
+    return true;
 }
 
 void PaintTextPrimitive(const KEZMathPlane &plane, QPainter *painter, const KEZVisTextPrimitive *primitive)
@@ -257,6 +292,8 @@ void PaintTextPrimitive(const KEZMathPlane &plane, QPainter *painter, const KEZV
     QRect rect = QFontMetrics(painter->font()).boundingRect(text);
     const QPoint pt(KEZVisTruncateToInt(anchor.x()), KEZVisTruncateToInt(anchor.y()));
     PlaceByAnchor(rect, pt, primitive->GetAnchorLocation());
+    if (!LandsOnDevice(painter, rect))
+        return;
     if (painter->transform().m22() >= 0)
         painter->drawText(rect, 0, text);
     else
@@ -304,11 +341,13 @@ void PaintActive(const KEZMathPlane &plane, QPainter *painter, const QList<const
                        work.primitives.size() - 1);
 
     const double unitScale = UnitScaleOf(painter);
+    const bool canShow = IsFinite(painter->combinedTransform());
     for (qsizetype n = 0; n < work.primitives.size(); ++n) {
         painter->save();
         ApplyOptionsToPainter(work.options[n], painter, unitScale);
         qCDebug(lcKezPainter).nospace().noquote() << "  The painter brush color is: " << painter->brush().color();
-        PaintPrimitive(plane, painter, work.primitives[n]);
+        if (canShow)
+            PaintPrimitive(plane, painter, work.primitives[n]);
         painter->restore();
     }
 }

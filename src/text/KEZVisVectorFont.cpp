@@ -50,6 +50,12 @@ public:
         return cache.FindLocked(name);
     }
 
+    // A font of a record that stays out of the cache.
+    static KEZVisVectorFont Wrap(KEZVisVectorFontPrivate *record)
+    {
+        return KEZVisVectorFont(record);
+    }
+
 private:
     static KEZVisVectorFontCache &Instance()
     {
@@ -100,6 +106,11 @@ void KEZVisVectorFontPrivate::Load(const QFileInfo &entry)
     if (!file.open(QIODevice::ReadOnly))
         throw KEZSysFileOpenException(path, file.errorString());
     Read(file);
+}
+
+KEZVisVectorFont KEZVisVectorFontPrivate::Adopt(KEZVisVectorFontPrivate *record)
+{
+    return KEZVisVectorFontCache::Wrap(record);
 }
 
 void KEZVisVectorFontPrivate::Read(QIODevice &device)

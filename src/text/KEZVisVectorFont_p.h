@@ -1,6 +1,7 @@
 #ifndef KEZVISVECTORFONT_P_H
 #define KEZVISVECTORFONT_P_H
 
+#include "KEZVisVectorFont.h"
 #include "KEZVisVectorFontChar.h"
 #include "kezvisualization_export.h"
 
@@ -37,6 +38,15 @@ public:
         Exported for the tests only, which feed it arbitrary bytes.
     */
     KEZVISUALIZATION_EXPORT void Read(QIODevice &device);
+
+    /*
+        A font that owns \a record, made with new and filled by Load() or
+        Read(), outside the process-wide cache: no name finds it, and the record
+        goes with the font's last copy. Exported for the tests and the fuzz
+        targets only, which lay out text in fonts read from arbitrary bytes
+        without filling the cache with them.
+    */
+    KEZVISUALIZATION_EXPORT static KEZVisVectorFont Adopt(KEZVisVectorFontPrivate *record);
 };
 
 #endif // KEZVISVECTORFONT_P_H

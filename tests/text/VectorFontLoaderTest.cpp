@@ -291,3 +291,31 @@ TEST(VectorFontLoader, LoadedFileGivesItsBaseNameToTheFont)
     EXPECT_EQ(font.defaultWidth, 4);
     EXPECT_EQ(font.characters.size(), 1);
 }
+
+TEST(VectorFontLoader, AdoptedRecordMakesAFontThatReadsAsTheRecord)
+{
+    auto *record = new KEZVisVectorFontPrivate;
+    record->name = QStringLiteral("adopted-record");
+    QByteArray data("A\n3 4.5\n0 0 2 6 4 0\n\n9 8\n");
+    QBuffer buffer(&data);
+    buffer.open(QIODevice::ReadOnly);
+    record->Read(buffer);
+
+    const KEZVisVectorFont font = KEZVisVectorFontPrivate::Adopt(record);
+    EXPECT_EQ(font.GetName(), QStringLiteral("adopted-record"));
+    EXPECT_EQ(font.GetCharacterHeight(), 9.0);
+    EXPECT_EQ(font.GetCharacterWidth(QChar(u'A')), 4.5);
+    EXPECT_EQ(font.GetCharacterWidth(QChar(u'B')), 8.0);
+    ExpectPolyline(font.GetCharacter(QChar(u'A')).GetPolyline(0), {{0, 0}, {2, 6}, {4, 0}});
+}
+
+TEST(VectorFontLoader, AdoptedRecordStaysOutOfTheCache)
+{
+    auto *record = new KEZVisVectorFontPrivate;
+    record->name = QStringLiteral("never-cached");
+    const KEZVisVectorFont adopted = KEZVisVectorFontPrivate::Adopt(record);
+    ASSERT_EQ(adopted.GetName(), QStringLiteral("never-cached"));
+    // The name is no file of the font directory, so asking for it gives the
+    // built-in font rather than the adopted record.
+    EXPECT_EQ(KEZVisVectorFont(QStringLiteral("never-cached")).GetName(), QStringLiteral("simple"));
+}
