@@ -83,6 +83,9 @@ constexpr double kReflexShareOfSweptBoundaries = 0.2;
 // lobes and arcs). Outlines with many features (spikes, small lobes) and polygons with many holes of
 // modest sampling are swept.
 constexpr double kSmoothRunOfSweptBoundaries = 512.0;
+// Flips a vertex that building a strictly convex outline may make on average before incremental
+// insertion with point location takes over.
+constexpr std::uint64_t kConvexOutlineWorkPerPoint = 16;
 // A step along the front is a comparison of two neighbours' y, far cheaper than a flip.
 constexpr std::uint64_t kFrontStepsPerWorkUnit = 8;
 
@@ -1164,6 +1167,7 @@ void Sweep::StartSweep()
     m_legalize.clear();
     m_legalizationComplete = true;
     m_incremental = false;
+    m_aroundConvexOutline = false;
     m_workBudget = kNoWorkBudget;
 }
 
@@ -1275,6 +1279,149 @@ void Sweep::InsertPointsIncrementally()
         Verify("point insertion", p);
         previous = p;
     }
+}
+
+// Whether the input is one strictly convex outline: no holes, every vertex an outline vertex met
+// once, every turn (judged exactly) going the outline's way, and the direction in x changing sign
+// exactly twice around it, so that it winds once.
+bool Sweep::IsStrictlyConvexOutline() const
+{
+    const std::size_t n = m_outline.size();
+    if (m_rings.size() != 1 || n < 3 || n != static_cast<std::size_t>(m_count))
+        return false;
+    int orientation = 0;
+    int changes = 0, lastDirection = 0;
+    for (std::size_t k = 0; k < n; ++k) {
+        const int a = m_outline[k == 0 ? n - 1 : k - 1], b = m_outline[k], c = m_outline[k + 1 == n ? 0 : k + 1];
+        const int turn = OrientExact(a, b, c);
+        if (turn == 0 || (orientation != 0 && turn != orientation))
+            return false;
+        orientation = turn;
+        const int direction = X(c) > X(b) ? 1 : X(c) < X(b) ? -1 : 0;
+        if (direction != 0) {
+            if (lastDirection != 0 && direction != lastDirection)
+                ++changes;
+            lastDirection = direction;
+        }
+    }
+    // The change from the last edge with a direction to the first one closes the count.
+    for (std::size_t k = 0; k < n; ++k) {
+        const int b = m_outline[k], c = m_outline[k + 1 == n ? 0 : k + 1];
+        const int direction = X(c) > X(b) ? 1 : X(c) < X(b) ? -1 : 0;
+        if (direction != 0) {
+            if (direction != lastDirection)
+                ++changes;
+            break;
+        }
+    }
+    return changes == 2;
+}
+
+// Builds the Delaunay triangulation of a strictly convex outline, which is its constrained Delaunay
+// triangulation, without locating any point: the outline's vertices are taken away one by one in a
+// random order (from a fixed seed), each remembering its two neighbours at that moment, down to a
+// triangle; put back in the reverse order, each vertex lies just outside the edge between those two
+// neighbours, and joins it as a triangle whose far edge is then made Delaunay by flips (Chew's
+// algorithm for convex polygons; expected constant work per vertex). Answers false, with the mesh
+// left for the caller to clear, if a step fails.
+bool Sweep::InsertAroundConvexOutline()
+{
+    StartSweep();
+    m_incremental = true;
+    m_aroundConvexOutline = true;
+    // Expected flips are a few a vertex; beyond a budget linear in the vertices (a bad draw, or an
+    // outline that defeats the rounds) incremental insertion with point location takes over.
+    m_workBudget = m_hooks && m_hooks->convexOutlineWorkBudget >= 0
+                       ? static_cast<std::uint64_t>(m_hooks->convexOutlineWorkBudget)
+                       : kConvexOutlineWorkPerPoint * m_outline.size() + kSweepWorkAllowance;
+    try {
+        std::vector<int> ring(m_outline);
+        if (OrientExact(ring[0], ring[1], ring[2]) < 0)
+            std::reverse(ring.begin(), ring.end()); // counter-clockwise from here on
+        const int n = static_cast<int>(ring.size());
+        std::vector<int> previous(static_cast<std::size_t>(n)), next(static_cast<std::size_t>(n));
+        for (int k = 0; k < n; ++k) {
+            previous[static_cast<std::size_t>(k)] = k == 0 ? n - 1 : k - 1;
+            next[static_cast<std::size_t>(k)] = k + 1 == n ? 0 : k + 1;
+        }
+        // The order of taking away comes in rounds, as the order of incremental insertion does: each
+        // vertex draws a level (level l with probability 2^-(l+1)), the vertices of the lowest
+        // level go first, and within a level they go along the outline, backwards, so that putting
+        // them back runs along it forwards and each vertex lands next to the one before.
+        std::vector<int> order(static_cast<std::size_t>(n));
+        {
+            constexpr int kLevels = 31;
+            std::vector<std::uint8_t> level(static_cast<std::size_t>(n));
+            std::vector<int> start(kLevels + 1, 0);
+            std::uint64_t state = 0xc0de;
+            for (int k = 0; k < n; ++k) {
+                const int l = __builtin_ctzll(NextRandom(state) | (std::uint64_t(1) << (kLevels - 1)));
+                level[static_cast<std::size_t>(k)] = static_cast<std::uint8_t>(l);
+                ++start[static_cast<std::size_t>(l) + 1];
+            }
+            for (int l = 0; l < kLevels; ++l)
+                start[static_cast<std::size_t>(l) + 1] += start[static_cast<std::size_t>(l)];
+            for (int k = n - 1; k >= 0; --k)
+                order[static_cast<std::size_t>(start[level[static_cast<std::size_t>(k)]]++)] = k;
+        }
+        // Taken away: order[0] .. order[n - 4], each between the neighbours it had then.
+        std::vector<std::pair<int, int>> between(static_cast<std::size_t>(n - 3));
+        for (int k = 0; k < n - 3; ++k) {
+            const int v = order[static_cast<std::size_t>(k)];
+            const int before = previous[static_cast<std::size_t>(v)], after = next[static_cast<std::size_t>(v)];
+            between[static_cast<std::size_t>(k)] = {before, after};
+            next[static_cast<std::size_t>(before)] = after;
+            previous[static_cast<std::size_t>(after)] = before;
+        }
+        const int first = order[static_cast<std::size_t>(n - 1)];
+        const int second = next[static_cast<std::size_t>(first)];
+        const int third = next[static_cast<std::size_t>(second)];
+        const int a = ring[static_cast<std::size_t>(first)], b = ring[static_cast<std::size_t>(second)],
+                  c = ring[static_cast<std::size_t>(third)];
+        const int t0 = NewTriangle(a, b, c);
+        TriangleAt(t0).constrained = 7;
+        TriangleOf(a) = TriangleOf(b) = TriangleOf(c) = t0;
+
+        for (int k = n - 4; k >= 0; --k) {
+            const int v = ring[static_cast<std::size_t>(order[static_cast<std::size_t>(k)])];
+            const int u = ring[static_cast<std::size_t>(between[static_cast<std::size_t>(k)].first)];
+            const int w = ring[static_cast<std::size_t>(between[static_cast<std::size_t>(k)].second)];
+            // The triangle inside the edge from u to w, found among the triangles around u.
+            int inner = -1, edge = -1;
+            TurnAround(u, [&](int t, int i) {
+                if (m_tris[static_cast<std::size_t>(t)].v[Next3(i)] != w)
+                    return false;
+                inner = t;
+                edge = Prev3(i);
+                return true;
+            });
+            if (inner < 0)
+                throw std::runtime_error(kMissingTriangleError);
+            const int outer = NewTriangle(w, u, v);
+            Tri &O = TriangleAt(outer);
+            O.n[2] = inner;
+            O.constrained = 3; // the two new outline edges
+            Tri &I = TriangleAt(inner);
+            I.n[edge] = outer;
+            I.constrained = static_cast<std::uint8_t>(I.constrained & ~(1u << edge));
+            TriangleOf(v) = outer;
+            m_legalize.emplace_back(outer, 2);
+            Legalize(false);
+            Verify("point insertion", v);
+        }
+    } catch (const std::runtime_error &) {
+        m_incremental = false;
+        m_aroundConvexOutline = false;
+        return false;
+    } catch (const SweepOverBudget &) {
+        m_incremental = false;
+        m_aroundConvexOutline = false;
+        return false;
+    }
+    m_workBudget = kNoWorkBudget;
+    if (m_hooks)
+        m_hooks->sweptPoints = m_count;
+    return true;
 }
 
 // The triangle that contains p, found by walking from start towards p; edge is the index of the
@@ -1542,6 +1689,7 @@ void Sweep::Run(LargeVector<Triangle> &out)
         m_hooks->closingFlips = 0;
         m_hooks->inconsistency.clear();
         m_hooks->insertedIncrementally = false;
+        m_hooks->insertedAroundConvexOutline = false;
         m_hooks->work = 0;
         m_hooks->pointsOnEdges = 0;
     }
@@ -1555,7 +1703,10 @@ void Sweep::Run(LargeVector<Triangle> &out)
     const bool incrementalFirst = m_mayInsertIncrementally
                                   && (insertion == Insertion::IncrementalFirst
                                       || (insertion == Insertion::Automatic && m_smoothRings));
-    bool built = incrementalFirst && InsertIncrementally();
+    bool built = incrementalFirst && insertion == Insertion::Automatic && IsStrictlyConvexOutline()
+                 && InsertAroundConvexOutline();
+    if (!built)
+        built = incrementalFirst && InsertIncrementally();
     if (incrementalFirst && !built)
         m_mayInsertIncrementally = false; // it failed once; the sweep decides
     while (!built) {
@@ -1582,6 +1733,7 @@ void Sweep::Run(LargeVector<Triangle> &out)
     }
     if (m_hooks) {
         m_hooks->insertedIncrementally = m_incremental;
+        m_hooks->insertedAroundConvexOutline = m_aroundConvexOutline;
         m_hooks->work = m_work;
     }
     Finalize(out);
