@@ -970,7 +970,7 @@ TEST(TriangulatorConvexOutline, KeepsTheMeshConsistentAfterEveryStep)
     EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
 }
 
-TEST(TriangulatorConvexOutline, IsNotUsedForCollinearPointsHolesOrAnOutlineThatWindsTwice)
+TEST(TriangulatorConvexOutline, IsNotUsedForHolesAnOutlineThatWindsTwiceOrOneThatTurnsBack)
 {
     Polygon withHole = RandomPointsOnAnEllipse(500, 53);
     withHole.holes.push_back({{-0.1, -0.1}, {0.1, -0.1}, {0.1, 0.1}, {-0.1, 0.1}});
@@ -979,16 +979,71 @@ TEST(TriangulatorConvexOutline, IsNotUsedForCollinearPointsHolesOrAnOutlineThatW
     const double pi = std::acos(-1.0);
     for (int k = 0; k < 5; ++k)
         pentagram.outline.push_back({std::cos(pi / 2 + 4 * pi * k / 5), std::sin(pi / 2 + 4 * pi * k / 5)});
-    // A regular polygon with one point on the middle of an edge: collinear there.
-    Polygon collinear = RegularPolygon(100);
-    collinear.outline.insert(collinear.outline.begin() + 1,
-                             {(collinear.outline[0].x + collinear.outline[1].x) / 2,
-                              (collinear.outline[0].y + collinear.outline[1].y) / 2});
+    // A square with a spike: from (1, 1) out to (1, 2) and straight back down the same line; the
+    // turn at the spike's tip is straight, but backwards.
+    Polygon spike;
+    spike.outline = {{0, 0}, {1, 0}, {1, 1}, {1, 2}, {1, 1.5}, {0, 1}};
     ScopedHooks scoped;
-    for (const Polygon &polygon : {withHole, pentagram, collinear, SubdividedQuadrilateral(50)}) {
+    for (const Polygon &polygon : {withHole, pentagram, spike}) {
         Triangulate(polygon);
         EXPECT_FALSE(scoped.hooks.insertedAroundConvexOutline) << polygon.PointCount();
     }
+}
+
+namespace {
+
+// The square [0, side] x [0, side] with a point at every integer position along its edges: exactly
+// straight runs between four corners, and many co-circular points across it.
+Polygon SquareWithIntegerPointsAlongItsEdges(int side)
+{
+    Polygon polygon;
+    for (int k = 0; k < side; ++k)
+        polygon.outline.push_back({double(k), 0.0});
+    for (int k = 0; k < side; ++k)
+        polygon.outline.push_back({double(side), double(k)});
+    for (int k = side; k > 0; --k)
+        polygon.outline.push_back({double(k), double(side)});
+    for (int k = side; k > 0; --k)
+        polygon.outline.push_back({0.0, double(k)});
+    return polygon;
+}
+
+} // namespace
+
+TEST(TriangulatorConvexOutline, TakesExactlyStraightRunsAlongTheOutline)
+{
+    ScopedHooks scoped;
+    for (const Polygon &polygon : {SquareWithIntegerPointsAlongItsEdges(300), SquareWithIntegerPointsAlongItsEdges(3)}) {
+        const Result result = Triangulate(polygon);
+        EXPECT_TRUE(scoped.hooks.insertedAroundConvexOutline) << polygon.PointCount();
+        EXPECT_EQ(result.triangles.size(), polygon.outline.size() - 2);
+        EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+        const Result again = Triangulate(polygon);
+        EXPECT_TRUE(result.triangles == again.triangles);
+    }
+}
+
+TEST(TriangulatorConvexOutline, LeavesNearlyStraightRunsToIncrementalInsertion)
+{
+    // Points interpolated along the edges of a quadrilateral are straight only within rounding:
+    // some turn the wrong way by a hair, so the outline is not convex.
+    ScopedHooks scoped;
+    const Polygon polygon = SubdividedQuadrilateral(300);
+    const Result result = Triangulate(polygon);
+    EXPECT_FALSE(scoped.hooks.insertedAroundConvexOutline);
+    EXPECT_TRUE(scoped.hooks.insertedIncrementally);
+    EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+}
+
+TEST(TriangulatorConvexOutline, KeepsTheMeshConsistentAlongStraightRuns)
+{
+    ScopedHooks scoped;
+    scoped.hooks.verifyEveryStep = true;
+    const Polygon polygon = SquareWithIntegerPointsAlongItsEdges(20);
+    const Result result = Triangulate(polygon);
+    EXPECT_TRUE(scoped.hooks.insertedAroundConvexOutline);
+    EXPECT_EQ(scoped.hooks.inconsistency, "");
+    EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
 }
 
 TEST(TriangulatorConvexOutline, GivesWayToIncrementalInsertionBeyondItsBudget)

@@ -1281,49 +1281,56 @@ void Sweep::InsertPointsIncrementally()
     }
 }
 
-// Whether the input is one strictly convex outline: no holes, every vertex an outline vertex met
-// once, every turn (judged exactly) going the outline's way, and the direction in x changing sign
-// exactly twice around it, so that it winds once.
-bool Sweep::IsStrictlyConvexOutline() const
+// Whether the input is one convex outline: no holes, every vertex an outline vertex met once, every
+// turn (judged exactly) going the outline's way or straight on (a straight vertex lying strictly
+// between its neighbours), at least three corners, and the direction in x changing sign exactly
+// twice around it, so that it winds once.
+bool Sweep::IsConvexOutline() const
 {
     const std::size_t n = m_outline.size();
     if (m_rings.size() != 1 || n < 3 || n != static_cast<std::size_t>(m_count))
         return false;
     int orientation = 0;
-    int changes = 0, lastDirection = 0;
+    std::size_t corners = 0;
+    int changes = 0, lastDirection = 0, firstDirection = 0;
     for (std::size_t k = 0; k < n; ++k) {
         const int a = m_outline[k == 0 ? n - 1 : k - 1], b = m_outline[k], c = m_outline[k + 1 == n ? 0 : k + 1];
         const int turn = OrientExact(a, b, c);
-        if (turn == 0 || (orientation != 0 && turn != orientation))
-            return false;
-        orientation = turn;
+        if (turn == 0) {
+            // Straight on, not back: b lies between a and c.
+            if (!((X(b) - X(a)) * (X(c) - X(b)) + (Y(b) - Y(a)) * (Y(c) - Y(b)) > 0.0))
+                return false;
+        } else {
+            if (orientation != 0 && turn != orientation)
+                return false;
+            orientation = turn;
+            ++corners;
+        }
         const int direction = X(c) > X(b) ? 1 : X(c) < X(b) ? -1 : 0;
         if (direction != 0) {
+            if (firstDirection == 0)
+                firstDirection = direction;
             if (lastDirection != 0 && direction != lastDirection)
                 ++changes;
             lastDirection = direction;
         }
     }
-    // The change from the last edge with a direction to the first one closes the count.
-    for (std::size_t k = 0; k < n; ++k) {
-        const int b = m_outline[k], c = m_outline[k + 1 == n ? 0 : k + 1];
-        const int direction = X(c) > X(b) ? 1 : X(c) < X(b) ? -1 : 0;
-        if (direction != 0) {
-            if (direction != lastDirection)
-                ++changes;
-            break;
-        }
-    }
-    return changes == 2;
+    if (lastDirection != firstDirection)
+        ++changes; // from the last edge with a direction round to the first
+    return corners >= 3 && changes == 2;
 }
 
-// Builds the Delaunay triangulation of a strictly convex outline, which is its constrained Delaunay
-// triangulation, without locating any point: the outline's vertices are taken away one by one in a
-// random order (from a fixed seed), each remembering its two neighbours at that moment, down to a
-// triangle; put back in the reverse order, each vertex lies just outside the edge between those two
-// neighbours, and joins it as a triangle whose far edge is then made Delaunay by flips (Chew's
-// algorithm for convex polygons; expected constant work per vertex). Answers false, with the mesh
-// left for the caller to clear, if a step fails.
+// Builds the Delaunay triangulation of a convex outline, which is its constrained Delaunay
+// triangulation, without locating any point: the outline's vertices are taken away one by one down
+// to a triangle of corners, each remembering its two neighbours at that moment; put back in the
+// reverse order, each vertex lies just outside the edge between those two neighbours (or on it, for
+// a vertex of a straight run), and joins it as a triangle whose far edge is then made Delaunay by
+// flips (or splits it and the triangle inside it). The order comes in rounds, as incremental
+// insertion's does: each vertex draws a level (level l with probability 2^-(l+1)) from a fixed seed,
+// corners' levels above those of straight vertices, the lowest level goes first, and within a level the vertices go along
+// the outline, backwards, so that putting them back runs along it forwards and each vertex lands next
+// to the one before. Answers false, with the mesh left for the caller to clear, if a step fails or
+// the flips exceed their budget.
 bool Sweep::InsertAroundConvexOutline()
 {
     StartSweep();
@@ -1336,30 +1343,35 @@ bool Sweep::InsertAroundConvexOutline()
                        : kConvexOutlineWorkPerPoint * m_outline.size() + kSweepWorkAllowance;
     try {
         std::vector<int> ring(m_outline);
-        if (OrientExact(ring[0], ring[1], ring[2]) < 0)
-            std::reverse(ring.begin(), ring.end()); // counter-clockwise from here on
         const int n = static_cast<int>(ring.size());
+        auto turnAt = [&ring, n, this](int k) {
+            return OrientExact(ring[static_cast<std::size_t>(k == 0 ? n - 1 : k - 1)], ring[static_cast<std::size_t>(k)],
+                               ring[static_cast<std::size_t>(k + 1 == n ? 0 : k + 1)]);
+        };
+        int orientation = 0;
+        for (int k = 0; k < n && orientation == 0; ++k)
+            orientation = turnAt(k);
+        if (orientation < 0)
+            std::reverse(ring.begin(), ring.end()); // counter-clockwise from here on
         std::vector<int> previous(static_cast<std::size_t>(n)), next(static_cast<std::size_t>(n));
         for (int k = 0; k < n; ++k) {
             previous[static_cast<std::size_t>(k)] = k == 0 ? n - 1 : k - 1;
             next[static_cast<std::size_t>(k)] = k + 1 == n ? 0 : k + 1;
         }
-        // The order of taking away comes in rounds, as the order of incremental insertion does: each
-        // vertex draws a level (level l with probability 2^-(l+1)), the vertices of the lowest
-        // level go first, and within a level they go along the outline, backwards, so that putting
-        // them back runs along it forwards and each vertex lands next to the one before.
         std::vector<int> order(static_cast<std::size_t>(n));
         {
+            // Levels 0 to 30 for the vertices of straight runs, 31 to 61 for corners.
             constexpr int kLevels = 31;
             std::vector<std::uint8_t> level(static_cast<std::size_t>(n));
-            std::vector<int> start(kLevels + 1, 0);
+            std::vector<int> start(2 * kLevels + 1, 0);
             std::uint64_t state = 0xc0de;
             for (int k = 0; k < n; ++k) {
-                const int l = __builtin_ctzll(NextRandom(state) | (std::uint64_t(1) << (kLevels - 1)));
+                const std::uint64_t draw = NextRandom(state) | (std::uint64_t(1) << (kLevels - 1));
+                const int l = __builtin_ctzll(draw) + (turnAt(k) != 0 ? kLevels : 0);
                 level[static_cast<std::size_t>(k)] = static_cast<std::uint8_t>(l);
                 ++start[static_cast<std::size_t>(l) + 1];
             }
-            for (int l = 0; l < kLevels; ++l)
+            for (int l = 0; l + 1 < 2 * kLevels; ++l)
                 start[static_cast<std::size_t>(l) + 1] += start[static_cast<std::size_t>(l)];
             for (int k = n - 1; k >= 0; --k)
                 order[static_cast<std::size_t>(start[level[static_cast<std::size_t>(k)]]++)] = k;
@@ -1378,6 +1390,8 @@ bool Sweep::InsertAroundConvexOutline()
         const int third = next[static_cast<std::size_t>(second)];
         const int a = ring[static_cast<std::size_t>(first)], b = ring[static_cast<std::size_t>(second)],
                   c = ring[static_cast<std::size_t>(third)];
+        if (OrientExact(a, b, c) <= 0)
+            throw std::runtime_error(kMissingTriangleError); // three of the corners always turn
         const int t0 = NewTriangle(a, b, c);
         TriangleAt(t0).constrained = 7;
         TriangleOf(a) = TriangleOf(b) = TriangleOf(c) = t0;
@@ -1387,25 +1401,20 @@ bool Sweep::InsertAroundConvexOutline()
             const int u = ring[static_cast<std::size_t>(between[static_cast<std::size_t>(k)].first)];
             const int w = ring[static_cast<std::size_t>(between[static_cast<std::size_t>(k)].second)];
             // The triangle inside the edge from u to w, found among the triangles around u.
-            int inner = -1, edge = -1;
+            int inner = -1, at = -1;
             TurnAround(u, [&](int t, int i) {
                 if (m_tris[static_cast<std::size_t>(t)].v[Next3(i)] != w)
                     return false;
                 inner = t;
-                edge = Prev3(i);
+                at = i;
                 return true;
             });
             if (inner < 0)
                 throw std::runtime_error(kMissingTriangleError);
-            const int outer = NewTriangle(w, u, v);
-            Tri &O = TriangleAt(outer);
-            O.n[2] = inner;
-            O.constrained = 3; // the two new outline edges
-            Tri &I = TriangleAt(inner);
-            I.n[edge] = outer;
-            I.constrained = static_cast<std::uint8_t>(I.constrained & ~(1u << edge));
-            TriangleOf(v) = outer;
-            m_legalize.emplace_back(outer, 2);
+            if (OrientExact(u, w, v) == 0)
+                SplitOutlineEdge(inner, at, v);
+            else
+                AddOutsideOutlineEdge(inner, Prev3(at), u, w, v);
             Legalize(false);
             Verify("point insertion", v);
         }
@@ -1422,6 +1431,41 @@ bool Sweep::InsertAroundConvexOutline()
     if (m_hooks)
         m_hooks->sweptPoints = m_count;
     return true;
+}
+
+// Joins v, which lies outside the outline edge from u to w (edge `edge` of the triangle inner), as
+// the triangle (w, u, v), and queues that edge for legalisation.
+void Sweep::AddOutsideOutlineEdge(int inner, int edge, int u, int w, int v)
+{
+    const int outer = NewTriangle(w, u, v);
+    Tri &O = TriangleAt(outer);
+    O.n[2] = inner;
+    O.constrained = 3; // the two new outline edges
+    Tri &I = TriangleAt(inner);
+    I.n[edge] = outer;
+    I.constrained = static_cast<std::uint8_t>(I.constrained & ~(1u << edge));
+    TriangleOf(v) = outer;
+    m_legalize.emplace_back(outer, 2);
+}
+
+// Splits the outline edge from u = vertex i of t = (u, w, x) to w at v, which lies on it: t becomes
+// (x, u, v) and a new triangle (w, x, v); the edges across from v are queued for legalisation.
+void Sweep::SplitOutlineEdge(int t, int i, int v)
+{
+    const Tri old = m_tris[static_cast<std::size_t>(t)];
+    const int u = old.v[i], w = old.v[Next3(i)], x = old.v[Prev3(i)];
+    const int nXU = old.n[Next3(i)], nWX = old.n[i];
+    const unsigned cXU = (old.constrained >> Next3(i)) & 1u, cWX = (old.constrained >> i) & 1u;
+    const int t2 = NewTriangle(w, x, v);
+    TriangleAt(t) = Tri{{x, u, v}, {-1, t2, nXU}, static_cast<std::uint8_t>(1u | cXU << 2)};
+    TriangleAt(t2) = Tri{{w, x, v}, {t, -1, nWX}, static_cast<std::uint8_t>(2u | cWX << 2)};
+    Repoint(nWX, t, t2);
+    TriangleOf(u) = t;
+    TriangleOf(x) = t;
+    TriangleOf(v) = t;
+    TriangleOf(w) = t2;
+    m_legalize.emplace_back(t, 2);
+    m_legalize.emplace_back(t2, 2);
 }
 
 // The triangle that contains p, found by walking from start towards p; edge is the index of the
@@ -1703,7 +1747,7 @@ void Sweep::Run(LargeVector<Triangle> &out)
     const bool incrementalFirst = m_mayInsertIncrementally
                                   && (insertion == Insertion::IncrementalFirst
                                       || (insertion == Insertion::Automatic && m_smoothRings));
-    bool built = incrementalFirst && insertion == Insertion::Automatic && IsStrictlyConvexOutline()
+    bool built = incrementalFirst && insertion == Insertion::Automatic && IsConvexOutline()
                  && InsertAroundConvexOutline();
     if (!built)
         built = incrementalFirst && InsertIncrementally();
