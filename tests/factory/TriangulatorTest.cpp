@@ -904,6 +904,174 @@ TEST(TriangulatorIncremental, RunsOf512VerticesTurningOneWaySendAnOutlineToIncre
     EXPECT_EQ(scoped.hooks.sweepsStarted, 1);
 }
 
+namespace {
+
+// Points at random angles on the ellipse x = 2 cos t, y = sin t: a strictly convex outline on which no
+// four points are co-circular, so that its Delaunay triangulation is unique.
+Polygon RandomPointsOnAnEllipse(int points, std::uint32_t seed)
+{
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<double> angle(0.0, 2.0 * std::acos(-1.0));
+    std::vector<double> angles(static_cast<std::size_t>(points));
+    for (double &a : angles)
+        a = angle(random);
+    std::sort(angles.begin(), angles.end());
+    Polygon polygon;
+    for (double a : angles)
+        polygon.outline.push_back({2.0 * std::cos(a), std::sin(a)});
+    return polygon;
+}
+
+} // namespace
+
+TEST(TriangulatorConvexOutline, IsBuiltWithoutLocatingPointsAndGivesTheSweepsTriangles)
+{
+    ScopedHooks scoped;
+    for (bool reversed : {false, true}) {
+        Polygon polygon = RandomPointsOnAnEllipse(3000, 51);
+        if (reversed)
+            std::reverse(polygon.outline.begin(), polygon.outline.end());
+        const Result result = Triangulate(polygon);
+        EXPECT_TRUE(scoped.hooks.insertedAroundConvexOutline) << reversed;
+        EXPECT_TRUE(scoped.hooks.insertedIncrementally);
+        EXPECT_EQ(scoped.hooks.sweepsStarted, 0);
+        EXPECT_EQ(result.triangles.size(), polygon.outline.size() - 2);
+        EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+        EXPECT_TRUE(result.cornersAreInputPoints);
+        // A few flips a vertex, far below the budget of 16 a vertex.
+        EXPECT_LT(scoped.hooks.work, 4u * polygon.outline.size());
+        scoped.hooks.insertion = Insertion::SweepOnly;
+        const Result swept = Triangulate(polygon);
+        scoped.hooks.insertion = Insertion::Automatic;
+        EXPECT_EQ(AsSet(result.triangles), AsSet(swept.triangles)) << reversed;
+    }
+}
+
+TEST(TriangulatorConvexOutline, IsDeterministicAmongCoCircularPoints)
+{
+    ScopedHooks scoped;
+    const Polygon polygon = RegularPolygon(2000);
+    const Result first = Triangulate(polygon);
+    EXPECT_TRUE(scoped.hooks.insertedAroundConvexOutline);
+    const Result second = Triangulate(polygon);
+    ASSERT_EQ(first.triangles.size(), 1998u);
+    EXPECT_TRUE(first.triangles == second.triangles);
+    EXPECT_TRUE(IsValidTriangulation(polygon, first.triangles));
+}
+
+TEST(TriangulatorConvexOutline, KeepsTheMeshConsistentAfterEveryStep)
+{
+    ScopedHooks scoped;
+    scoped.hooks.verifyEveryStep = true;
+    const Polygon polygon = RandomPointsOnAnEllipse(200, 52);
+    const Result result = Triangulate(polygon);
+    EXPECT_TRUE(scoped.hooks.insertedAroundConvexOutline);
+    EXPECT_EQ(scoped.hooks.inconsistency, "");
+    EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+}
+
+TEST(TriangulatorConvexOutline, IsNotUsedForHolesAnOutlineThatWindsTwiceOrOneThatTurnsBack)
+{
+    Polygon withHole = RandomPointsOnAnEllipse(500, 53);
+    withHole.holes.push_back({{-0.1, -0.1}, {0.1, -0.1}, {0.1, 0.1}, {-0.1, 0.1}});
+    // A pentagram: every corner turns the same way, but the outline goes round twice.
+    Polygon pentagram;
+    const double pi = std::acos(-1.0);
+    for (int k = 0; k < 5; ++k)
+        pentagram.outline.push_back({std::cos(pi / 2 + 4 * pi * k / 5), std::sin(pi / 2 + 4 * pi * k / 5)});
+    // A square with a spike: from (1, 1) out to (1, 2) and straight back down the same line; the
+    // turn at the spike's tip is straight, but backwards.
+    Polygon spike;
+    spike.outline = {{0, 0}, {1, 0}, {1, 1}, {1, 2}, {1, 1.5}, {0, 1}};
+    ScopedHooks scoped;
+    for (const Polygon &polygon : {withHole, pentagram, spike}) {
+        Triangulate(polygon);
+        EXPECT_FALSE(scoped.hooks.insertedAroundConvexOutline) << polygon.PointCount();
+    }
+}
+
+namespace {
+
+// The square [0, side] x [0, side] with a point at every integer position along its edges: exactly
+// straight runs between four corners, and many co-circular points across it.
+Polygon SquareWithIntegerPointsAlongItsEdges(int side)
+{
+    Polygon polygon;
+    for (int k = 0; k < side; ++k)
+        polygon.outline.push_back({double(k), 0.0});
+    for (int k = 0; k < side; ++k)
+        polygon.outline.push_back({double(side), double(k)});
+    for (int k = side; k > 0; --k)
+        polygon.outline.push_back({double(k), double(side)});
+    for (int k = side; k > 0; --k)
+        polygon.outline.push_back({0.0, double(k)});
+    return polygon;
+}
+
+} // namespace
+
+TEST(TriangulatorConvexOutline, TakesExactlyStraightRunsAlongTheOutline)
+{
+    ScopedHooks scoped;
+    for (const Polygon &polygon : {SquareWithIntegerPointsAlongItsEdges(300), SquareWithIntegerPointsAlongItsEdges(3)}) {
+        const Result result = Triangulate(polygon);
+        EXPECT_TRUE(scoped.hooks.insertedAroundConvexOutline) << polygon.PointCount();
+        EXPECT_EQ(result.triangles.size(), polygon.outline.size() - 2);
+        EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+        const Result again = Triangulate(polygon);
+        EXPECT_TRUE(result.triangles == again.triangles);
+    }
+}
+
+TEST(TriangulatorConvexOutline, LeavesNearlyStraightRunsToIncrementalInsertion)
+{
+    // Points interpolated along the edges of a quadrilateral are straight only within rounding:
+    // some turn the wrong way by a hair, so the outline is not convex.
+    ScopedHooks scoped;
+    const Polygon polygon = SubdividedQuadrilateral(300);
+    const Result result = Triangulate(polygon);
+    EXPECT_FALSE(scoped.hooks.insertedAroundConvexOutline);
+    EXPECT_TRUE(scoped.hooks.insertedIncrementally);
+    EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+}
+
+TEST(TriangulatorConvexOutline, KeepsTheMeshConsistentAlongStraightRuns)
+{
+    ScopedHooks scoped;
+    scoped.hooks.verifyEveryStep = true;
+    const Polygon polygon = SquareWithIntegerPointsAlongItsEdges(20);
+    const Result result = Triangulate(polygon);
+    EXPECT_TRUE(scoped.hooks.insertedAroundConvexOutline);
+    EXPECT_EQ(scoped.hooks.inconsistency, "");
+    EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+}
+
+TEST(TriangulatorConvexOutline, GivesWayToIncrementalInsertionBeyondItsBudget)
+{
+    const Polygon polygon = RandomPointsOnAnEllipse(1000, 55);
+    ScopedHooks scoped;
+    scoped.hooks.insertion = Insertion::SweepOnly;
+    const Result swept = Triangulate(polygon);
+    scoped.hooks.insertion = Insertion::Automatic;
+    scoped.hooks.convexOutlineWorkBudget = 10;
+    const Result result = Triangulate(polygon);
+    EXPECT_FALSE(scoped.hooks.insertedAroundConvexOutline);
+    EXPECT_TRUE(scoped.hooks.insertedIncrementally);
+    EXPECT_EQ(scoped.hooks.sweepsStarted, 0);
+    EXPECT_EQ(AsSet(result.triangles), AsSet(swept.triangles));
+}
+
+TEST(TriangulatorConvexOutline, ARepeatedPointIsOneVertex)
+{
+    Polygon polygon = RandomPointsOnAnEllipse(300, 54);
+    polygon.outline.insert(polygon.outline.begin() + 10, polygon.outline[10]);
+    ScopedHooks scoped;
+    const Result result = Triangulate(polygon);
+    EXPECT_TRUE(scoped.hooks.insertedAroundConvexOutline);
+    EXPECT_EQ(result.triangles.size(), 298u);
+    EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+}
+
 TEST(TriangulatorIncremental, AMostlyConvexOutlineWhoseInsertionFailsIsSwept)
 {
     // A round outline with two crossing square holes: 8 of 208 ring vertices turn away from the

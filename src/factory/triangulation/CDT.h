@@ -31,8 +31,11 @@ namespace p2t {
 // none), or where a ring vertex lies on average in a run of 512 or more consecutive vertices that
 // turn the same way (nearly straight ones join either way; runs are counted from each ring's first
 // point, and the mean is weighted by vertices: the sum of the runs' squared lengths over all ring
-// vertices).
-// Otherwise the sweep runs, and once its work exceeds a budget linear in the points swept, it gives
+// vertices). A single convex outline (no holes, every turn the same way or exactly straight on,
+// winding once) is built without locating any point: its vertices are taken away one by one, in rounds
+// drawn at random (from a fixed seed) and along the outline within a round, and put back in the
+// reverse order, each next to the edge between its former neighbours, with flips; beyond 16 flips a
+// vertex (and a fixed allowance) it gives way to incremental insertion. Otherwise the sweep runs, and once its work exceeds a budget linear in the points swept, it gives
 // way to incremental insertion. Incremental insertion builds the same constrained Delaunay
 // triangulation by inserting the points into an enclosing triangle in a random order (from a fixed
 // seed) sorted along a Hilbert curve within rounds of doubling size, then inserting the constrained

@@ -83,6 +83,9 @@ constexpr double kReflexShareOfSweptBoundaries = 0.2;
 // lobes and arcs). Outlines with many features (spikes, small lobes) and polygons with many holes of
 // modest sampling are swept.
 constexpr double kSmoothRunOfSweptBoundaries = 512.0;
+// Flips a vertex that building a strictly convex outline may make on average before incremental
+// insertion with point location takes over.
+constexpr std::uint64_t kConvexOutlineWorkPerPoint = 16;
 // A step along the front is a comparison of two neighbours' y, far cheaper than a flip.
 constexpr std::uint64_t kFrontStepsPerWorkUnit = 8;
 
@@ -1164,6 +1167,7 @@ void Sweep::StartSweep()
     m_legalize.clear();
     m_legalizationComplete = true;
     m_incremental = false;
+    m_aroundConvexOutline = false;
     m_workBudget = kNoWorkBudget;
 }
 
@@ -1275,6 +1279,193 @@ void Sweep::InsertPointsIncrementally()
         Verify("point insertion", p);
         previous = p;
     }
+}
+
+// Whether the input is one convex outline: no holes, every vertex an outline vertex met once, every
+// turn (judged exactly) going the outline's way or straight on (a straight vertex lying strictly
+// between its neighbours), at least three corners, and the direction in x changing sign exactly
+// twice around it, so that it winds once.
+bool Sweep::IsConvexOutline() const
+{
+    const std::size_t n = m_outline.size();
+    if (m_rings.size() != 1 || n < 3 || n != static_cast<std::size_t>(m_count))
+        return false;
+    int orientation = 0;
+    std::size_t corners = 0;
+    int changes = 0, lastDirection = 0, firstDirection = 0;
+    for (std::size_t k = 0; k < n; ++k) {
+        const int a = m_outline[k == 0 ? n - 1 : k - 1], b = m_outline[k], c = m_outline[k + 1 == n ? 0 : k + 1];
+        const int turn = OrientExact(a, b, c);
+        if (turn == 0) {
+            // Straight on, not back: b lies between a and c.
+            if (!((X(b) - X(a)) * (X(c) - X(b)) + (Y(b) - Y(a)) * (Y(c) - Y(b)) > 0.0))
+                return false;
+        } else {
+            if (orientation != 0 && turn != orientation)
+                return false;
+            orientation = turn;
+            ++corners;
+        }
+        const int direction = X(c) > X(b) ? 1 : X(c) < X(b) ? -1 : 0;
+        if (direction != 0) {
+            if (firstDirection == 0)
+                firstDirection = direction;
+            if (lastDirection != 0 && direction != lastDirection)
+                ++changes;
+            lastDirection = direction;
+        }
+    }
+    if (lastDirection != firstDirection)
+        ++changes; // from the last edge with a direction round to the first
+    return corners >= 3 && changes == 2;
+}
+
+// Builds the Delaunay triangulation of a convex outline, which is its constrained Delaunay
+// triangulation, without locating any point: the outline's vertices are taken away one by one down
+// to a triangle of corners, each remembering its two neighbours at that moment; put back in the
+// reverse order, each vertex lies just outside the edge between those two neighbours (or on it, for
+// a vertex of a straight run), and joins it as a triangle whose far edge is then made Delaunay by
+// flips (or splits it and the triangle inside it). The order comes in rounds, as incremental
+// insertion's does: each vertex draws a level (level l with probability 2^-(l+1)) from a fixed seed,
+// corners' levels above those of straight vertices, the lowest level goes first, and within a level the vertices go along
+// the outline, backwards, so that putting them back runs along it forwards and each vertex lands next
+// to the one before. Answers false, with the mesh left for the caller to clear, if a step fails or
+// the flips exceed their budget.
+bool Sweep::InsertAroundConvexOutline()
+{
+    StartSweep();
+    m_incremental = true;
+    m_aroundConvexOutline = true;
+    // Expected flips are a few a vertex; beyond a budget linear in the vertices (a bad draw, or an
+    // outline that defeats the rounds) incremental insertion with point location takes over.
+    m_workBudget = m_hooks && m_hooks->convexOutlineWorkBudget >= 0
+                       ? static_cast<std::uint64_t>(m_hooks->convexOutlineWorkBudget)
+                       : kConvexOutlineWorkPerPoint * m_outline.size() + kSweepWorkAllowance;
+    try {
+        std::vector<int> ring(m_outline);
+        const int n = static_cast<int>(ring.size());
+        auto turnAt = [&ring, n, this](int k) {
+            return OrientExact(ring[static_cast<std::size_t>(k == 0 ? n - 1 : k - 1)], ring[static_cast<std::size_t>(k)],
+                               ring[static_cast<std::size_t>(k + 1 == n ? 0 : k + 1)]);
+        };
+        int orientation = 0;
+        for (int k = 0; k < n && orientation == 0; ++k)
+            orientation = turnAt(k);
+        if (orientation < 0)
+            std::reverse(ring.begin(), ring.end()); // counter-clockwise from here on
+        std::vector<int> previous(static_cast<std::size_t>(n)), next(static_cast<std::size_t>(n));
+        for (int k = 0; k < n; ++k) {
+            previous[static_cast<std::size_t>(k)] = k == 0 ? n - 1 : k - 1;
+            next[static_cast<std::size_t>(k)] = k + 1 == n ? 0 : k + 1;
+        }
+        std::vector<int> order(static_cast<std::size_t>(n));
+        {
+            // Levels 0 to 30 for the vertices of straight runs, 31 to 61 for corners.
+            constexpr int kLevels = 31;
+            std::vector<std::uint8_t> level(static_cast<std::size_t>(n));
+            std::vector<int> start(2 * kLevels + 1, 0);
+            std::uint64_t state = 0xc0de;
+            for (int k = 0; k < n; ++k) {
+                const std::uint64_t draw = NextRandom(state) | (std::uint64_t(1) << (kLevels - 1));
+                const int l = __builtin_ctzll(draw) + (turnAt(k) != 0 ? kLevels : 0);
+                level[static_cast<std::size_t>(k)] = static_cast<std::uint8_t>(l);
+                ++start[static_cast<std::size_t>(l) + 1];
+            }
+            for (int l = 0; l + 1 < 2 * kLevels; ++l)
+                start[static_cast<std::size_t>(l) + 1] += start[static_cast<std::size_t>(l)];
+            for (int k = n - 1; k >= 0; --k)
+                order[static_cast<std::size_t>(start[level[static_cast<std::size_t>(k)]]++)] = k;
+        }
+        // Taken away: order[0] .. order[n - 4], each between the neighbours it had then.
+        std::vector<std::pair<int, int>> between(static_cast<std::size_t>(n - 3));
+        for (int k = 0; k < n - 3; ++k) {
+            const int v = order[static_cast<std::size_t>(k)];
+            const int before = previous[static_cast<std::size_t>(v)], after = next[static_cast<std::size_t>(v)];
+            between[static_cast<std::size_t>(k)] = {before, after};
+            next[static_cast<std::size_t>(before)] = after;
+            previous[static_cast<std::size_t>(after)] = before;
+        }
+        const int first = order[static_cast<std::size_t>(n - 1)];
+        const int second = next[static_cast<std::size_t>(first)];
+        const int third = next[static_cast<std::size_t>(second)];
+        const int a = ring[static_cast<std::size_t>(first)], b = ring[static_cast<std::size_t>(second)],
+                  c = ring[static_cast<std::size_t>(third)];
+        if (OrientExact(a, b, c) <= 0)
+            throw std::runtime_error(kMissingTriangleError); // three of the corners always turn
+        const int t0 = NewTriangle(a, b, c);
+        TriangleAt(t0).constrained = 7;
+        TriangleOf(a) = TriangleOf(b) = TriangleOf(c) = t0;
+
+        for (int k = n - 4; k >= 0; --k) {
+            const int v = ring[static_cast<std::size_t>(order[static_cast<std::size_t>(k)])];
+            const int u = ring[static_cast<std::size_t>(between[static_cast<std::size_t>(k)].first)];
+            const int w = ring[static_cast<std::size_t>(between[static_cast<std::size_t>(k)].second)];
+            // The triangle inside the edge from u to w, found among the triangles around u.
+            int inner = -1, at = -1;
+            TurnAround(u, [&](int t, int i) {
+                if (m_tris[static_cast<std::size_t>(t)].v[Next3(i)] != w)
+                    return false;
+                inner = t;
+                at = i;
+                return true;
+            });
+            if (inner < 0)
+                throw std::runtime_error(kMissingTriangleError);
+            if (OrientExact(u, w, v) == 0)
+                SplitOutlineEdge(inner, at, v);
+            else
+                AddOutsideOutlineEdge(inner, Prev3(at), u, w, v);
+            Legalize(false);
+            Verify("point insertion", v);
+        }
+    } catch (const std::runtime_error &) {
+        m_incremental = false;
+        m_aroundConvexOutline = false;
+        return false;
+    } catch (const SweepOverBudget &) {
+        m_incremental = false;
+        m_aroundConvexOutline = false;
+        return false;
+    }
+    m_workBudget = kNoWorkBudget;
+    if (m_hooks)
+        m_hooks->sweptPoints = m_count;
+    return true;
+}
+
+// Joins v, which lies outside the outline edge from u to w (edge `edge` of the triangle inner), as
+// the triangle (w, u, v), and queues that edge for legalisation.
+void Sweep::AddOutsideOutlineEdge(int inner, int edge, int u, int w, int v)
+{
+    const int outer = NewTriangle(w, u, v);
+    Tri &O = TriangleAt(outer);
+    O.n[2] = inner;
+    O.constrained = 3; // the two new outline edges
+    Tri &I = TriangleAt(inner);
+    I.n[edge] = outer;
+    I.constrained = static_cast<std::uint8_t>(I.constrained & ~(1u << edge));
+    TriangleOf(v) = outer;
+    m_legalize.emplace_back(outer, 2);
+}
+
+// Splits the outline edge from u = vertex i of t = (u, w, x) to w at v, which lies on it: t becomes
+// (x, u, v) and a new triangle (w, x, v); the edges across from v are queued for legalisation.
+void Sweep::SplitOutlineEdge(int t, int i, int v)
+{
+    const Tri old = m_tris[static_cast<std::size_t>(t)];
+    const int u = old.v[i], w = old.v[Next3(i)], x = old.v[Prev3(i)];
+    const int nXU = old.n[Next3(i)], nWX = old.n[i];
+    const unsigned cXU = (old.constrained >> Next3(i)) & 1u, cWX = (old.constrained >> i) & 1u;
+    const int t2 = NewTriangle(w, x, v);
+    TriangleAt(t) = Tri{{x, u, v}, {-1, t2, nXU}, static_cast<std::uint8_t>(1u | cXU << 2)};
+    TriangleAt(t2) = Tri{{w, x, v}, {t, -1, nWX}, static_cast<std::uint8_t>(2u | cWX << 2)};
+    Repoint(nWX, t, t2);
+    TriangleOf(u) = t;
+    TriangleOf(x) = t;
+    TriangleOf(v) = t;
+    TriangleOf(w) = t2;
+    m_legalize.emplace_back(t, 2);
+    m_legalize.emplace_back(t2, 2);
 }
 
 // The triangle that contains p, found by walking from start towards p; edge is the index of the
@@ -1542,6 +1733,7 @@ void Sweep::Run(LargeVector<Triangle> &out)
         m_hooks->closingFlips = 0;
         m_hooks->inconsistency.clear();
         m_hooks->insertedIncrementally = false;
+        m_hooks->insertedAroundConvexOutline = false;
         m_hooks->work = 0;
         m_hooks->pointsOnEdges = 0;
     }
@@ -1555,7 +1747,10 @@ void Sweep::Run(LargeVector<Triangle> &out)
     const bool incrementalFirst = m_mayInsertIncrementally
                                   && (insertion == Insertion::IncrementalFirst
                                       || (insertion == Insertion::Automatic && m_smoothRings));
-    bool built = incrementalFirst && InsertIncrementally();
+    bool built = incrementalFirst && insertion == Insertion::Automatic && IsConvexOutline()
+                 && InsertAroundConvexOutline();
+    if (!built)
+        built = incrementalFirst && InsertIncrementally();
     if (incrementalFirst && !built)
         m_mayInsertIncrementally = false; // it failed once; the sweep decides
     while (!built) {
@@ -1582,6 +1777,7 @@ void Sweep::Run(LargeVector<Triangle> &out)
     }
     if (m_hooks) {
         m_hooks->insertedIncrementally = m_incremental;
+        m_hooks->insertedAroundConvexOutline = m_aroundConvexOutline;
         m_hooks->work = m_work;
     }
     Finalize(out);

@@ -81,6 +81,10 @@ private:
     };
     bool FindEdge(const EdgeRef &edge, int &t, int &i);
     bool InsertIncrementally();
+    bool IsConvexOutline() const;
+    bool InsertAroundConvexOutline();
+    void AddOutsideOutlineEdge(int inner, int edge, int u, int w, int v);
+    void SplitOutlineEdge(int t, int i, int v);
     void InsertPointsIncrementally();
     int Locate(int p, int start, int &edge) const;
     void SplitTriangle(int t, int p);
@@ -192,6 +196,7 @@ private:
     // long stretches (see Prepare): such input is built by incremental insertion from the start.
     bool m_smoothRings = false;
     bool m_incremental = false; // the mesh is being built by incremental insertion
+    bool m_aroundConvexOutline = false; // ... around a convex outline, without point location
 
     std::vector<std::pair<int, int>> m_legalize; // (triangle, edge) pairs waiting for the in-circle test
     std::vector<EdgeEntry> m_visited;

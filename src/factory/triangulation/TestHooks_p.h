@@ -33,6 +33,9 @@ struct TestHooks
     // Run the closing pass even after a sweep that legalised everything (it runs by itself only
     // when the sweep left legalisation undone), to count what it finds.
     bool forceClosingPass = false;
+    // When not negative, the flips that building a convex outline may make before it gives
+    // way to incremental insertion with point location (instead of 16 a vertex and an allowance).
+    long long convexOutlineWorkBudget = -1;
     // Check the whole mesh and front after every point and edge event; the first inconsistency found
     // ends up in inconsistency.
     bool verifyEveryStep = false;
@@ -64,6 +67,9 @@ struct TestHooks
     // Whether the mesh that was finalized came from incremental insertion, and the work (flips and
     // steps along the front) of the run, abandoned attempts included.
     bool insertedIncrementally = false;
+    // Whether that incremental insertion was the one for a single convex outline, which
+    // puts back vertices taken away one by one and locates none.
+    bool insertedAroundConvexOutline = false;
     unsigned long long work = 0;
     // Points that incremental insertion put on an existing edge (splitting it) rather than inside a
     // triangle.
