@@ -1341,6 +1341,7 @@ bool Sweep::InsertAroundConvexOutline()
     m_workBudget = m_hooks && m_hooks->convexOutlineWorkBudget >= 0
                        ? static_cast<std::uint64_t>(m_hooks->convexOutlineWorkBudget)
                        : kConvexOutlineWorkPerPoint * m_outline.size() + kSweepWorkAllowance;
+    bool built = true;
     try {
         std::vector<int> ring(m_outline);
         const int n = static_cast<int>(ring.size());
@@ -1419,15 +1420,16 @@ bool Sweep::InsertAroundConvexOutline()
             Verify("point insertion", v);
         }
     } catch (const std::runtime_error &) {
-        m_incremental = false;
-        m_aroundConvexOutline = false;
-        return false;
+        built = false;
     } catch (const SweepOverBudget &) {
+        built = false;
+    }
+    m_workBudget = kNoWorkBudget;
+    if (!built) {
         m_incremental = false;
         m_aroundConvexOutline = false;
         return false;
     }
-    m_workBudget = kNoWorkBudget;
     if (m_hooks)
         m_hooks->sweptPoints = m_count;
     return true;
