@@ -9,46 +9,14 @@
 // reps read write again, and what they write reads back without an error.
 
 #include "FuzzSupport.h"
+#include "KEZPipeLikeDevice.h"
 
 #include "KvrFile.h"
 
 #include <QBuffer>
 #include <QIODevice>
 
-#include <algorithm>
-#include <cstring>
-
 namespace {
-
-// A device that tells nothing of how many bytes are left, as a pipe or a
-// socket does, here one whose writer has already written everything.
-class SequentialDevice : public QIODevice
-{
-public:
-    explicit SequentialDevice(const QByteArray &bytes)
-        : m_bytes(bytes)
-    {
-        open(QIODevice::ReadOnly);
-    }
-
-    bool isSequential() const override { return true; }
-    qint64 bytesAvailable() const override { return m_bytes.size() - m_offset + QIODevice::bytesAvailable(); }
-
-protected:
-    qint64 readData(char *data, qint64 maxSize) override
-    {
-        const qint64 count = std::min<qint64>(maxSize, m_bytes.size() - m_offset);
-        std::memcpy(data, m_bytes.constData() + m_offset, size_t(count));
-        m_offset += count;
-        return count;
-    }
-
-    qint64 writeData(const char *, qint64) override { return -1; }
-
-private:
-    QByteArray m_bytes;
-    qint64 m_offset = 0;
-};
 
 void Check(const Kvr::ReadResult &result)
 {
@@ -78,7 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 
     Kvr::ReadResult result;
     if (sequential) {
-        SequentialDevice device(bytes);
+        KEZTest::PipeLikeDevice device(bytes);
         result = Kvr::Read(device);
     } else {
         QBuffer buffer;

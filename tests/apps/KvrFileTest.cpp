@@ -3,6 +3,7 @@
 // regressions and read as KvrFileFuzzer reads it: its first byte picks the
 // device (bit 0 set: a sequential one), the rest is the file.
 
+#include "KEZPipeLikeDevice.h"
 #include "KvrFile.h"
 
 #include <KEZVisPointPrimitive.h>
@@ -23,8 +24,6 @@
 
 #include <sys/resource.h>
 
-#include <algorithm>
-#include <cstring>
 #include <memory>
 
 namespace {
@@ -35,36 +34,6 @@ QByteArray FuzzRegression(const char *target, const char *name)
     EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
     return file.readAll();
 }
-
-// A device that tells nothing of how many bytes are left, as a pipe does
-// whose writer has written everything already.
-class PipeLikeDevice : public QIODevice
-{
-public:
-    explicit PipeLikeDevice(const QByteArray &bytes)
-        : m_bytes(bytes)
-    {
-        open(QIODevice::ReadOnly);
-    }
-
-    bool isSequential() const override { return true; }
-    qint64 bytesAvailable() const override { return m_bytes.size() - m_offset + QIODevice::bytesAvailable(); }
-
-protected:
-    qint64 readData(char *data, qint64 maxSize) override
-    {
-        const qint64 count = std::min<qint64>(maxSize, m_bytes.size() - m_offset);
-        std::memcpy(data, m_bytes.constData() + m_offset, size_t(count));
-        m_offset += count;
-        return count;
-    }
-
-    qint64 writeData(const char *, qint64) override { return -1; }
-
-private:
-    QByteArray m_bytes;
-    qint64 m_offset = 0;
-};
 
 // The largest resident size of the process so far, in kilobytes.
 long PeakResidentKilobytes()
@@ -113,7 +82,7 @@ TEST(KvrFile, ReadsAWholeFileFromASequentialDevice)
     const KEZVisRepGraphics lines({new KEZVisPolylinePrimitive(square, KEZVisPolylinePrimitive::StructureConnected)},
                                   KEZVisOptions());
     const KEZVisRepGraphics points({new KEZVisPointPrimitive(square)}, KEZVisOptions());
-    PipeLikeDevice device(FileOf({&lines, &points}));
+    KEZTest::PipeLikeDevice device(FileOf({&lines, &points}));
 
     const Kvr::ReadResult result = Kvr::Read(device);
     EXPECT_TRUE(result.error.isEmpty()) << result.error.toStdString();
@@ -141,7 +110,7 @@ TEST(KvrFile, RefusesAPointCountBeyondTheBytesOfASequentialDeviceWithoutMakingRo
     file.replace(countAt, 4, QByteArray::fromHex("7fffffff"));
 
     const long before = PeakResidentKilobytes();
-    PipeLikeDevice device(file);
+    KEZTest::PipeLikeDevice device(file);
     const Kvr::ReadResult result = Kvr::Read(device);
     EXPECT_EQ(result.error, QStringLiteral("truncated or corrupt rep stream at rep 1 of 1"));
     EXPECT_TRUE(result.reps.empty());
@@ -160,7 +129,7 @@ TEST(KvrFuzzRegression, APolylineCountBeyondTheBytesOfASequentialDeviceIsRefused
     ASSERT_EQ(file.mid(countAt, 8), QByteArray::fromHex("0000000005f5e100")); // 10^8
 
     const long before = PeakResidentKilobytes();
-    PipeLikeDevice device(file);
+    KEZTest::PipeLikeDevice device(file);
     const Kvr::ReadResult result = Kvr::Read(device);
     EXPECT_EQ(result.error, QStringLiteral("truncated or corrupt rep stream at rep 1 of 1"));
     EXPECT_TRUE(result.reps.empty());
@@ -184,6 +153,6 @@ TEST(KvrFile, ReadsAPolylineWithThePointCountOfAFileRewrittenByHandFromASequenti
     // Announcing 2 of the 3 points leaves the third point's 24 bytes after the
     // last rep.
     PutBigEndian64(file, PolylineCountOffset(file), 2);
-    PipeLikeDevice device(file);
+    KEZTest::PipeLikeDevice device(file);
     EXPECT_EQ(Kvr::Read(device).error, QStringLiteral("unexpected data after the last of 1 reps"));
 }
