@@ -82,7 +82,7 @@ constexpr double kReflexShareOfSweptBoundaries = 0.2;
 // ...and those whose vertices lie, on average, in runs this long that turn one way (densely sampled
 // lobes and arcs). Outlines with many features (spikes, small lobes) and polygons with many holes of
 // modest sampling are swept.
-constexpr double kSmoothRunOfSweptBoundaries = 512.0;
+constexpr double kSmoothRunOfSweptBoundaries = 192.0;
 // Flips a vertex that building a strictly convex outline may make on average before incremental
 // insertion with point location takes over.
 constexpr std::uint64_t kConvexOutlineWorkPerPoint = 16;
@@ -1182,11 +1182,18 @@ bool Sweep::InsertIncrementally()
     m_incremental = true;
     try {
         InsertPointsIncrementally();
+        // The edges go in by their upper ends in sweep order, as the sweep's edge events take them.
         for (int p = 0; p < m_count; ++p) {
-            EdgeEvents(p);
-            Verify("constrained edge insertion", p);
+            const int end = InsertedAs(p);
+            const int begin = m_edgeOffsets[static_cast<std::size_t>(p)];
+            const int last = m_edgeOffsets[static_cast<std::size_t>(p) + 1];
+            for (int k = begin; k < last; ++k)
+                EdgeEvent(InsertedAs(m_edgeStarts[static_cast<std::size_t>(k)]), end);
+            Verify("constrained edge insertion", end);
         }
+        LargeVector<int>().swap(m_insertedAs); // the labels stay; their key is not needed any more
     } catch (const std::runtime_error &) {
+        UndoRelabelling();
         m_incremental = false;
         return false;
     }
@@ -1212,7 +1219,7 @@ void Sweep::InsertPointsIncrementally()
     m_tris.reserve(2 * m_xy.size() + 16); // as reserved by StartSweep already
     NewTriangle(a, b, c);
 
-    std::vector<int> order(static_cast<std::size_t>(m_count));
+    LargeVector<int> order(static_cast<std::size_t>(m_count));
     std::iota(order.begin(), order.end(), 0);
     std::uint64_t state = 0x5eed;
     for (std::size_t k = order.size(); k > 1; --k)
@@ -1243,6 +1250,8 @@ void Sweep::InsertPointsIncrementally()
     }
     LargeVector<std::uint64_t>().swap(keyed);
     LargeVector<std::uint32_t>().swap(hilbert);
+    RelabelInInsertionOrder(order);
+    LargeVector<int>().swap(order);
 
     // Consecutive points along the Hilbert curve are usually close, but where the curve moves on to
     // another quadrant the next point can lie across the cloud, and a walk from the previous point
@@ -1262,7 +1271,7 @@ void Sweep::InsertPointsIncrementally()
     };
 
     int previous = a;
-    for (const int p : order) {
+    for (int p = 0; p < m_count; ++p) {
         const std::size_t cell = cellOf(p);
         int from = previous;
         const int landmark = lastInCell[cell];
@@ -1279,6 +1288,54 @@ void Sweep::InsertPointsIncrementally()
         Verify("point insertion", p);
         previous = p;
     }
+}
+
+namespace {
+
+// Answers values with the element at position source[k] moved to position k, for the first
+// source.size() positions; the positions after them stay as they are. Out of place, so that the
+// reads are independent of each other and overlap, unlike a walk along the permutation's cycles.
+template <typename T>
+LargeVector<T> Gathered(const LargeVector<T> &values, const LargeVector<int> &source)
+{
+    LargeVector<T> gathered;
+    gathered.reserve(values.capacity());
+    for (const int from : source)
+        gathered.push_back(values[static_cast<std::size_t>(from)]);
+    for (std::size_t k = source.size(); k < values.size(); ++k)
+        gathered.push_back(values[k]);
+    return gathered;
+}
+
+} // namespace
+
+// Numbers the real vertices in the order of insertion, so that the coordinates and links that a walk
+// reads next to the point just inserted lie next to it in memory too: in sweep order, neighbours in
+// the plane are a whole row of the cloud apart. Only the labels change; the sweep's numbering comes
+// back with UndoRelabelling.
+void Sweep::RelabelInInsertionOrder(const LargeVector<int> &order)
+{
+    m_xy = Gathered(m_xy, order);
+    m_points = Gathered(m_points, order);
+    m_insertedAs.resize(order.size());
+    for (std::size_t k = 0; k < order.size(); ++k)
+        m_insertedAs[static_cast<std::size_t>(order[k])] = static_cast<int>(k);
+    for (int &v : m_outline)
+        v = InsertedAs(v);
+}
+
+void Sweep::UndoRelabelling()
+{
+    if (m_insertedAs.empty())
+        return;
+    m_xy = Gathered(m_xy, m_insertedAs);
+    m_points = Gathered(m_points, m_insertedAs);
+    LargeVector<int> sweptAs(m_insertedAs.size());
+    for (std::size_t v = 0; v < m_insertedAs.size(); ++v)
+        sweptAs[static_cast<std::size_t>(m_insertedAs[v])] = static_cast<int>(v);
+    for (int &v : m_outline)
+        v = sweptAs[static_cast<std::size_t>(v)];
+    LargeVector<int>().swap(m_insertedAs);
 }
 
 // Whether the input is one convex outline: no holes, every vertex an outline vertex met once, every

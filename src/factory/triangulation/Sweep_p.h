@@ -21,11 +21,11 @@ namespace detail {
 struct TestHooks;
 
 // One triangulation run, by the sweep or, where the sweep's work outgrows its budget, by incremental
-// insertion. Vertices are numbered in sweep order (y, then x); the two artificial points of the sweep
-// follow the real ones, and incremental insertion adds the three corners of its enclosing triangle
-// after them. Triangles live in one pool and refer to each other by index: vertex i of a
-// triangle faces edge i, neighbour i lies across edge i, and bit i of constrained marks edge i as an
-// outline or hole edge. Every triangle is counter-clockwise.
+// insertion. Vertices are numbered in sweep order (y, then x), and renumbered in their order of
+// insertion while incremental insertion runs; the two artificial points of the sweep follow the real
+// ones, and incremental insertion adds the three corners of its enclosing triangle after them.
+// Triangles live in one pool and refer to each other by index: vertex i of a triangle faces edge i,
+// neighbour i lies across edge i, and bit i of constrained marks edge i as an outline or hole edge. Every triangle is counter-clockwise.
 class Sweep
 {
 public:
@@ -86,6 +86,10 @@ private:
     void AddOutsideOutlineEdge(int inner, int edge, int u, int w, int v);
     void SplitOutlineEdge(int t, int i, int v);
     void InsertPointsIncrementally();
+    void RelabelInInsertionOrder(const LargeVector<int> &order);
+    void UndoRelabelling();
+    // A vertex's number during incremental insertion, from its number in sweep order.
+    int InsertedAs(int v) const { return m_insertedAs.empty() ? v : m_insertedAs[static_cast<std::size_t>(v)]; }
     int Locate(int p, int start, int &edge) const;
     void SplitTriangle(int t, int p);
     void SplitEdge(int t, int e, int p);
@@ -180,6 +184,9 @@ private:
     LargeVector<int> m_edgeOffsets;    // constrained edges by upper vertex: m_edgeStarts[m_edgeOffsets[v]..]
     LargeVector<int> m_edgeStarts;
     std::vector<int> m_outline;        // vertices of the outline, without repeats
+    // While incremental insertion runs: the number of each vertex (by its number in sweep order) in
+    // the order of insertion, which it then goes by; empty otherwise.
+    LargeVector<int> m_insertedAs;
 
     LargeVector<Tri> m_tris;
     FrontIndex m_front;
