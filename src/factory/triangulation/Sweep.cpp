@@ -357,8 +357,9 @@ bool Sweep::Prepare()
         m_hooks->headY = std::ldexp(Y(Head()), -shift);
     }
 
-    // Constrained edges of all rings, filed under their upper end, in input order.
-    LargeVector<std::pair<int, int>> edges; // (upper, lower)
+    // Constrained edges of all rings, in input order, and filed under their upper end.
+    LargeVector<std::pair<int, int>> &edges = m_ringEdges; // (upper, lower)
+    edges.clear();
     edges.reserve(inputs.size());
     for (std::size_t r = 0; r < m_rings.size(); ++r) {
         const int first = ringBegin[r];
@@ -528,10 +529,15 @@ void Sweep::Flip(int t, int i, int o, int j)
     O = Tri{{a, q, c}, {nQC, nCA, t}, static_cast<std::uint8_t>((cQC ? 1u : 0u) | (cCA ? 2u : 0u))};
     Repoint(nBQ, o, t);
     Repoint(nCA, t, o);
-    TriangleOf(a) = t;
+    // b and c each lose one of the two triangles; a and q keep theirs and gain the other. Incremental
+    // insertion only needs some triangle around each vertex, so it writes no more than that; the
+    // sweep's loop detection compares these links, so it keeps writing all four.
     TriangleOf(b) = t;
-    TriangleOf(q) = t;
     TriangleOf(c) = o;
+    if (!m_incremental) {
+        TriangleOf(a) = t;
+        TriangleOf(q) = t;
+    }
     if (nBQ < 0 || nAB < 0)
         MapFront(t);
     if (nQC < 0 || nCA < 0)
@@ -1182,16 +1188,15 @@ bool Sweep::InsertIncrementally()
     m_incremental = true;
     try {
         InsertPointsIncrementally();
-        // The edges go in by their upper ends in sweep order, as the sweep's edge events take them.
-        for (int p = 0; p < m_count; ++p) {
-            const int end = InsertedAs(p);
-            const int begin = m_edgeOffsets[static_cast<std::size_t>(p)];
-            const int last = m_edgeOffsets[static_cast<std::size_t>(p) + 1];
-            for (int k = begin; k < last; ++k)
-                EdgeEvent(InsertedAs(m_edgeStarts[static_cast<std::size_t>(k)]), end);
+        // The edges go in along the rings, from their upper ends as in the sweep's edge events: each
+        // starts where the one before ended, whose triangles are still at hand.
+        for (const auto &[upper, lower] : m_ringEdges) {
+            const int end = InsertedAs(upper);
+            EdgeEvent(InsertedAs(lower), end);
             Verify("constrained edge insertion", end);
         }
         LargeVector<int>().swap(m_insertedAs); // the labels stay; their key is not needed any more
+        LargeVector<std::pair<int, int>>().swap(m_ringEdges);
     } catch (const std::runtime_error &) {
         UndoRelabelling();
         m_incremental = false;
@@ -1568,16 +1573,15 @@ void Sweep::SplitTriangle(int t, int p)
 {
     const Tri old = m_tris[static_cast<std::size_t>(t)];
     const int a = old.v[0], b = old.v[1], c = old.v[2];
-    const int t1 = NewTriangle(b, c, p);
-    const int t2 = NewTriangle(c, a, p);
+    const int t1 = static_cast<int>(m_tris.size());
+    const int t2 = t1 + 1;
     auto bit = [&old](int k) { return (old.constrained >> k) & 1u; };
     TriangleAt(t) = Tri{{a, b, p}, {t1, t2, old.n[2]}, static_cast<std::uint8_t>(bit(2) << 2)};
-    TriangleAt(t1) = Tri{{b, c, p}, {t2, t, old.n[0]}, static_cast<std::uint8_t>(bit(0) << 2)};
-    TriangleAt(t2) = Tri{{c, a, p}, {t, t1, old.n[1]}, static_cast<std::uint8_t>(bit(1) << 2)};
+    m_tris.push_back(Tri{{b, c, p}, {t2, t, old.n[0]}, static_cast<std::uint8_t>(bit(0) << 2)});
+    m_tris.push_back(Tri{{c, a, p}, {t, t1, old.n[1]}, static_cast<std::uint8_t>(bit(1) << 2)});
     Repoint(old.n[0], t, t1);
     Repoint(old.n[1], t, t2);
-    TriangleOf(a) = t;
-    TriangleOf(b) = t;
+    // a and b stay in t; only c leaves it.
     TriangleOf(c) = t1;
     TriangleOf(p) = t;
     m_legalize.emplace_back(t, 2);
@@ -1605,19 +1609,18 @@ void Sweep::SplitEdge(int t, int e, int p)
     const unsigned split = (oldT.constrained >> e) & 1u;
     const unsigned cAB = (oldT.constrained >> Prev3(e)) & 1u, cCA = (oldT.constrained >> Next3(e)) & 1u;
     const unsigned cBQ = (oldO.constrained >> Next3(j)) & 1u, cQC = (oldO.constrained >> Prev3(j)) & 1u;
-    const int t1 = NewTriangle(a, p, c);
-    const int o1 = NewTriangle(q, p, b);
+    const int t1 = static_cast<int>(m_tris.size());
+    const int o1 = t1 + 1;
     TriangleAt(t) = Tri{{a, b, p}, {o1, t1, nAB}, static_cast<std::uint8_t>(split | cAB << 2)};
-    TriangleAt(t1) = Tri{{a, p, c}, {o, nCA, t}, static_cast<std::uint8_t>(split | cCA << 1)};
     TriangleAt(o) = Tri{{q, c, p}, {t1, o1, nQC}, static_cast<std::uint8_t>(split | cQC << 2)};
-    TriangleAt(o1) = Tri{{q, p, b}, {t, nBQ, o}, static_cast<std::uint8_t>(split | cBQ << 1)};
+    m_tris.push_back(Tri{{a, p, c}, {o, nCA, t}, static_cast<std::uint8_t>(split | cCA << 1)});
+    m_tris.push_back(Tri{{q, p, b}, {t, nBQ, o}, static_cast<std::uint8_t>(split | cBQ << 1)});
     Repoint(nCA, t, t1);
     Repoint(nBQ, o, o1);
-    TriangleOf(a) = t;
+    // a stays in t and q in o; b leaves o and c leaves t.
     TriangleOf(b) = t;
-    TriangleOf(p) = t;
     TriangleOf(c) = t1;
-    TriangleOf(q) = o;
+    TriangleOf(p) = t;
     m_legalize.emplace_back(t, 2);
     m_legalize.emplace_back(t1, 1);
     m_legalize.emplace_back(o, 2);
@@ -1732,6 +1735,7 @@ void Sweep::ReleaseWorkingArrays()
     LargeVector<int>().swap(m_vertexOfRank);
     LargeVector<int>().swap(m_edgeOffsets);
     LargeVector<int>().swap(m_edgeStarts);
+    LargeVector<std::pair<int, int>>().swap(m_ringEdges);
     m_front.Reset(0);
 }
 

@@ -25,7 +25,8 @@ struct TestHooks;
 // insertion while incremental insertion runs; the two artificial points of the sweep follow the real
 // ones, and incremental insertion adds the three corners of its enclosing triangle after them.
 // Triangles live in one pool and refer to each other by index: vertex i of a triangle faces edge i,
-// neighbour i lies across edge i, and bit i of constrained marks edge i as an outline or hole edge. Every triangle is counter-clockwise.
+// neighbour i lies across edge i, and bit i of constrained marks edge i as an outline or hole edge.
+// Every triangle is counter-clockwise.
 class Sweep
 {
 public:
@@ -183,6 +184,7 @@ private:
     LargeVector<int> m_vertexOfRank;
     LargeVector<int> m_edgeOffsets;    // constrained edges by upper vertex: m_edgeStarts[m_edgeOffsets[v]..]
     LargeVector<int> m_edgeStarts;
+    LargeVector<std::pair<int, int>> m_ringEdges; // (upper, lower) of every constrained edge along the rings
     std::vector<int> m_outline;        // vertices of the outline, without repeats
     // While incremental insertion runs: the number of each vertex (by its number in sweep order) in
     // the order of insertion, which it then goes by; empty otherwise.
