@@ -1123,6 +1123,23 @@ TEST(TriangulatorIncremental, GivesTheSweepsTrianglesWhereTheTriangulationIsUniq
     }
 }
 
+TEST(TriangulatorIncremental, EnclosesCloudsFarFromTheOriginAndAcrossIt)
+{
+    // The enclosing triangle's corners sit a few times the cloud's size around its rounded centre;
+    // every point must lie inside it, or locating a point fails and the sweep takes over.
+    ScopedHooks scoped;
+    scoped.hooks.insertion = Insertion::IncrementalFirst;
+    const Polygon base = SubdividedQuadrilateral(400);
+    for (const auto &[scale, offset] : std::vector<std::pair<double, double>>{
+                 {1.0, 0.0}, {1.0, -0.55}, {1e-3, 1e6}, {1e-3, -3e9}, {7.0, 1e12}, {1e-200, 1e-190}}) {
+        const Polygon polygon = Transformed(base, scale, offset, -offset / 3);
+        const Result result = Triangulate(polygon);
+        EXPECT_TRUE(scoped.hooks.insertedIncrementally) << scale << " " << offset;
+        EXPECT_EQ(scoped.hooks.caughtError, "") << scale << " " << offset;
+        EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles)) << scale << " " << offset;
+    }
+}
+
 TEST(TriangulatorIncremental, PointsFallingOnEdgesSplitThem)
 {
     ScopedHooks scoped;

@@ -1209,17 +1209,29 @@ bool Sweep::InsertIncrementally()
 
 void Sweep::InsertPointsIncrementally()
 {
-    // The enclosing triangle, far enough from the cloud that its corners never matter inside the
-    // outline (they are outside it, and constrained edges block them from view). Vertices are
-    // numbered in order of y and ranked in order of x, so the extremes are at hand.
+    // The enclosing triangle. Its corners never matter inside the outline: they lie outside it, and
+    // constrained edges block them from view. Vertices are numbered in order of y and ranked in order
+    // of x, so the extremes are at hand.
     const double minX = X(VertexOfRank(1)), maxX = X(VertexOfRank(m_count));
     const double minY = Y(0), maxY = Y(m_count - 1);
     const double size = std::max(maxX - minX, maxY - minY);
     const double centerX = minX / 2 + maxX / 2, centerY = minY / 2 + maxY / 2;
     const int a = m_count + 2, b = m_count + 3, c = m_count + 4;
-    m_xy.push_back(Coordinates{centerX - 32 * size, centerY - 16 * size});
-    m_xy.push_back(Coordinates{centerX + 32 * size, centerY - 16 * size});
-    m_xy.push_back(Coordinates{centerX, centerY + 32 * size});
+    // Along a nearly straight stretch of the hull, the in-circle tests of triangles with a corner are
+    // close calls that the exact stages decide. Corners close to the cloud, whose coordinates have
+    // few significant bits, keep those tests within the cheap integer stage (one fixed-point scale
+    // for all eight coordinates), where distant corners with full significands sent them to the
+    // general expansion. The span is the power of two at or above the size, the centre is rounded to
+    // an eighth of it (all exact), and the cloud, within 5/8 of a span around that centre, lies well
+    // inside the triangle.
+    int exponent = 0;
+    std::frexp(size, &exponent);
+    const double span = std::ldexp(1.0, exponent);
+    const double step = span / 8;
+    const double cornerX = std::round(centerX / step) * step, cornerY = std::round(centerY / step) * step;
+    m_xy.push_back(Coordinates{cornerX - 2 * span, cornerY - span});
+    m_xy.push_back(Coordinates{cornerX + 2 * span, cornerY - span});
+    m_xy.push_back(Coordinates{cornerX, cornerY + 2 * span});
     m_links.resize(m_xy.size());
     m_tris.reserve(2 * m_xy.size() + 16); // as reserved by StartSweep already
     NewTriangle(a, b, c);
