@@ -357,32 +357,13 @@ bool Sweep::Prepare()
         m_hooks->headY = std::ldexp(Y(Head()), -shift);
     }
 
-    // Constrained edges of all rings, in input order, and filed under their upper end.
-    LargeVector<std::pair<int, int>> &edges = m_ringEdges; // (upper, lower)
-    edges.clear();
-    edges.reserve(inputs.size());
-    for (std::size_t r = 0; r < m_rings.size(); ++r) {
-        const int first = ringBegin[r];
-        const int size = ringBegin[r + 1] - first;
-        if (size < 2)
-            continue;
-        const int count = size == 2 ? 1 : size;
-        for (int k = 0; k < count; ++k) {
-            const int a = vertexOfInput(first + k);
-            const int b = vertexOfInput(first + (k + 1) % size);
-            if (a != b)
-                edges.emplace_back(std::max(a, b), std::min(a, b));
-        }
-    }
-    m_edgeOffsets.assign(static_cast<std::size_t>(m_count) + 1, 0);
-    for (const auto &edge : edges)
-        ++m_edgeOffsets[static_cast<std::size_t>(edge.first) + 1];
-    for (int v = 0; v < m_count; ++v)
-        m_edgeOffsets[static_cast<std::size_t>(v) + 1] += m_edgeOffsets[static_cast<std::size_t>(v)];
-    m_edgeStarts.resize(edges.size());
-    LargeVector<int> fill(m_edgeOffsets.begin(), m_edgeOffsets.end() - 1);
-    for (const auto &edge : edges)
-        m_edgeStarts[static_cast<std::size_t>(fill[static_cast<std::size_t>(edge.first)]++)] = edge.second;
+    // The rings' vertices in input order; the constrained edges follow from them (ForEachRingEdge).
+    m_ringVertices.resize(inputs.size());
+    for (std::size_t in = 0; in < inputs.size(); ++in)
+        m_ringVertices[in] = vertexOfInput(static_cast<int>(in));
+    m_ringBegin = ringBegin;
+    m_edgeOffsets.clear();
+    m_edgeStarts.clear();
 
     std::vector<int> ring;
     RingShape shape;
@@ -390,7 +371,7 @@ bool Sweep::Prepare()
     for (std::size_t r = 0; r < m_rings.size(); ++r) {
         ring.clear();
         for (int in = ringBegin[r]; in < ringBegin[r + 1]; ++in) {
-            const int v = vertexOfInput(in);
+            const int v = m_ringVertices[static_cast<std::size_t>(in)];
             if (ring.empty() || ring.back() != v)
                 ring.push_back(v);
         }
@@ -403,6 +384,48 @@ bool Sweep::Prepare()
     m_smoothRings = static_cast<double>(shape.reflex) < kReflexShareOfSweptBoundaries * count
                     || shape.squaredRuns >= kSmoothRunOfSweptBoundaries * count;
     return true;
+}
+
+// Calls visit(upper, lower) for every constrained edge, ring by ring and along each ring: from each
+// vertex to the next, and from the last back to the first (a ring of two points is one edge), leaving
+// out edges whose ends coincide.
+template <typename Visit>
+void Sweep::ForEachRingEdge(Visit visit) const
+{
+    for (std::size_t r = 0; r + 1 < m_ringBegin.size(); ++r) {
+        const int first = m_ringBegin[r];
+        const int size = m_ringBegin[r + 1] - first;
+        if (size < 2)
+            continue;
+        const int count = size == 2 ? 1 : size;
+        for (int k = 0; k < count; ++k) {
+            const int a = m_ringVertices[static_cast<std::size_t>(first + k)];
+            const int b = m_ringVertices[static_cast<std::size_t>(first + (k + 1) % size)];
+            if (a != b)
+                visit(std::max(a, b), std::min(a, b));
+        }
+    }
+}
+
+// Files the constrained edges under their upper ends for the sweep's edge events, in the rings'
+// order within each vertex; once, when the first sweep starts.
+void Sweep::FileEdgesByUpperEnd()
+{
+    if (!m_edgeOffsets.empty())
+        return;
+    m_edgeOffsets.assign(static_cast<std::size_t>(m_count) + 1, 0);
+    std::size_t edges = 0;
+    ForEachRingEdge([&](int upper, int) {
+        ++m_edgeOffsets[static_cast<std::size_t>(upper) + 1];
+        ++edges;
+    });
+    for (int v = 0; v < m_count; ++v)
+        m_edgeOffsets[static_cast<std::size_t>(v) + 1] += m_edgeOffsets[static_cast<std::size_t>(v)];
+    m_edgeStarts.resize(edges);
+    LargeVector<int> fill(m_edgeOffsets.begin(), m_edgeOffsets.end() - 1);
+    ForEachRingEdge([&](int upper, int lower) {
+        m_edgeStarts[static_cast<std::size_t>(fill[static_cast<std::size_t>(upper)]++)] = lower;
+    });
 }
 
 // Adds to shape what ring contributes. Reflex vertices are those at which the triangulated region's
@@ -612,6 +635,7 @@ bool Sweep::Legalize(bool general)
 
 void Sweep::SweepPoints()
 {
+    FileEdgesByUpperEnd();
     const int first = 0;
     const int t0 = NewTriangle(Tail(), Head(), first);
     NextOf(Tail()) = first;
@@ -1190,13 +1214,12 @@ bool Sweep::InsertIncrementally()
         InsertPointsIncrementally();
         // The edges go in along the rings, from their upper ends as in the sweep's edge events: each
         // starts where the one before ended, whose triangles are still at hand.
-        for (const auto &[upper, lower] : m_ringEdges) {
+        ForEachRingEdge([this](int upper, int lower) {
             const int end = InsertedAs(upper);
             EdgeEvent(InsertedAs(lower), end);
             Verify("constrained edge insertion", end);
-        }
+        });
         LargeVector<int>().swap(m_insertedAs); // the labels stay; their key is not needed any more
-        LargeVector<std::pair<int, int>>().swap(m_ringEdges);
     } catch (const std::runtime_error &) {
         UndoRelabelling();
         m_incremental = false;
@@ -1704,6 +1727,9 @@ void Sweep::Finalize(LargeVector<Triangle> &out)
     if (start < 0)
         return;
 
+    // What only building the mesh needed goes before the final stage allocates.
+    ReleaseBuildingArrays();
+
     // Collect the triangles reachable without crossing a constrained edge.
     LargeVector<char> inside(m_tris.size(), 0);
     LargeVector<int> result;
@@ -1729,9 +1755,9 @@ void Sweep::Finalize(LargeVector<Triangle> &out)
     if (!m_legalizationComplete || (m_hooks && m_hooks->forceClosingPass))
         RestoreDelaunay(result, inside);
 
-    // Only the triangles and the input points are read from here on: what else the run kept is
-    // given back before the output is allocated, which lowers the run's peak of memory.
-    ReleaseWorkingArrays();
+    // Only the triangles and the input points are read from here on: the vertex links go too before
+    // the output is allocated, which lowers the run's peak of memory.
+    LargeVector<Links>().swap(m_links);
     out.reserve(out.size() + result.size());
     for (int t : result) {
         const Tri &T = m_tris[static_cast<std::size_t>(t)];
@@ -1740,14 +1766,13 @@ void Sweep::Finalize(LargeVector<Triangle> &out)
     }
 }
 
-void Sweep::ReleaseWorkingArrays()
+void Sweep::ReleaseBuildingArrays()
 {
-    LargeVector<Links>().swap(m_links);
     LargeVector<int>().swap(m_rank);
     LargeVector<int>().swap(m_vertexOfRank);
     LargeVector<int>().swap(m_edgeOffsets);
     LargeVector<int>().swap(m_edgeStarts);
-    LargeVector<std::pair<int, int>>().swap(m_ringEdges);
+    LargeVector<int>().swap(m_ringVertices);
     m_front.Reset(0);
 }
 

@@ -65,6 +65,9 @@ private:
         double squaredRuns = 0.0; // sum of the squared lengths of runs turning one way
     };
     void MeasureRing(const std::vector<int> &ring, bool outline, RingShape &shape) const;
+    template <typename Visit>
+    void ForEachRingEdge(Visit visit) const;
+    void FileEdgesByUpperEnd();
     void StartSweep();
     void SweepPoints();
     void PointEvent(int p);
@@ -95,7 +98,7 @@ private:
     void SplitTriangle(int t, int p);
     void SplitEdge(int t, int e, int p);
     void Finalize(LargeVector<Triangle> &out);
-    void ReleaseWorkingArrays();
+    void ReleaseBuildingArrays();
     void RestoreDelaunay(const LargeVector<int> &result, const LargeVector<char> &inside);
     int FindStartTriangle(int v0, int v1, bool insideOnLeft);
     void BreakFrontAround(int v);
@@ -184,7 +187,8 @@ private:
     LargeVector<int> m_vertexOfRank;
     LargeVector<int> m_edgeOffsets;    // constrained edges by upper vertex: m_edgeStarts[m_edgeOffsets[v]..]
     LargeVector<int> m_edgeStarts;
-    LargeVector<std::pair<int, int>> m_ringEdges; // (upper, lower) of every constrained edge along the rings
+    LargeVector<int> m_ringVertices;   // the vertex of every ring point, ring by ring in input order
+    std::vector<int> m_ringBegin;      // ring r's points are m_ringVertices[m_ringBegin[r]..m_ringBegin[r + 1]]
     std::vector<int> m_outline;        // vertices of the outline, without repeats
     // While incremental insertion runs: the number of each vertex (by its number in sweep order) in
     // the order of insertion, which it then goes by; empty otherwise.
