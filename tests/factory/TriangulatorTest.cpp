@@ -870,12 +870,12 @@ TEST(TriangulatorIncremental, LongSmoothLobesSendAnOutlineToIncrementalInsertion
     EXPECT_TRUE(IsValidTriangulation(lobes, result.triangles));
 }
 
-TEST(TriangulatorIncremental, RunsOf512VerticesTurningOneWaySendAnOutlineToIncrementalInsertion)
+TEST(TriangulatorIncremental, RunsOf192VerticesTurningOneWaySendAnOutlineToIncrementalInsertion)
 {
     // A square wave of 16 teeth: each tooth's top and each gap's bottom is an arc sampled at m
     // points, bulging outwards on the teeth and inwards in the gaps, so that the runs alternate
     // between m vertices turning left and m turning right, with half the vertices concave. The mean
-    // run is about m: 600 goes to incremental insertion, 400 to the sweep.
+    // run is about m: 256 goes to incremental insertion, 128 to the sweep.
     auto wave = [](int m) {
         Polygon polygon;
         const double pi = std::acos(-1.0);
@@ -895,12 +895,12 @@ TEST(TriangulatorIncremental, RunsOf512VerticesTurningOneWaySendAnOutlineToIncre
         return polygon;
     };
     ScopedHooks scoped;
-    const Polygon fine = wave(600);
+    const Polygon fine = wave(256);
     const Result result = Triangulate(fine);
     EXPECT_EQ(scoped.hooks.sweepsStarted, 0);
     EXPECT_TRUE(scoped.hooks.insertedIncrementally);
     EXPECT_TRUE(IsValidTriangulation(fine, result.triangles));
-    Triangulate(wave(400));
+    Triangulate(wave(128));
     EXPECT_EQ(scoped.hooks.sweepsStarted, 1);
 }
 
@@ -1120,6 +1120,23 @@ TEST(TriangulatorIncremental, GivesTheSweepsTrianglesWhereTheTriangulationIsUniq
         EXPECT_FALSE(swept.triangles.empty());
         EXPECT_EQ(AsSet(inserted.triangles), AsSet(swept.triangles)) << polygon.PointCount();
         EXPECT_TRUE(inserted.cornersAreInputPoints);
+    }
+}
+
+TEST(TriangulatorIncremental, EnclosesCloudsFarFromTheOriginAndAcrossIt)
+{
+    // The enclosing triangle's corners sit a few times the cloud's size around its rounded centre;
+    // every point must lie inside it, or locating a point fails and the sweep takes over.
+    ScopedHooks scoped;
+    scoped.hooks.insertion = Insertion::IncrementalFirst;
+    const Polygon base = SubdividedQuadrilateral(400);
+    for (const auto &[scale, offset] : std::vector<std::pair<double, double>>{
+                 {1.0, 0.0}, {1.0, -0.55}, {1e-3, 1e6}, {1e-3, -3e9}, {7.0, 1e12}, {1e-200, 1e-190}}) {
+        const Polygon polygon = Transformed(base, scale, offset, -offset / 3);
+        const Result result = Triangulate(polygon);
+        EXPECT_TRUE(scoped.hooks.insertedIncrementally) << scale << " " << offset;
+        EXPECT_EQ(scoped.hooks.caughtError, "") << scale << " " << offset;
+        EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles)) << scale << " " << offset;
     }
 }
 

@@ -28,7 +28,7 @@ namespace p2t {
 // with the input. Such input is recognised before the sweep by its rings, and the mesh is built by
 // incremental insertion from the start, where fewer than a fifth of the ring vertices turn away from
 // the inside (an outline's concave corners, a hole's convex ones; nearly straight turns count as
-// none), or where a ring vertex lies on average in a run of 512 or more consecutive vertices that
+// none), or where a ring vertex lies on average in a run of 192 or more consecutive vertices that
 // turn the same way (nearly straight ones join either way; runs are counted from each ring's first
 // point, and the mean is weighted by vertices: the sum of the runs' squared lengths over all ring
 // vertices). A single convex outline (no holes, every turn the same way or exactly straight on,

@@ -82,7 +82,7 @@ constexpr double kReflexShareOfSweptBoundaries = 0.2;
 // ...and those whose vertices lie, on average, in runs this long that turn one way (densely sampled
 // lobes and arcs). Outlines with many features (spikes, small lobes) and polygons with many holes of
 // modest sampling are swept.
-constexpr double kSmoothRunOfSweptBoundaries = 512.0;
+constexpr double kSmoothRunOfSweptBoundaries = 192.0;
 // Flips a vertex that building a strictly convex outline may make on average before incremental
 // insertion with point location takes over.
 constexpr std::uint64_t kConvexOutlineWorkPerPoint = 16;
@@ -357,31 +357,13 @@ bool Sweep::Prepare()
         m_hooks->headY = std::ldexp(Y(Head()), -shift);
     }
 
-    // Constrained edges of all rings, filed under their upper end, in input order.
-    LargeVector<std::pair<int, int>> edges; // (upper, lower)
-    edges.reserve(inputs.size());
-    for (std::size_t r = 0; r < m_rings.size(); ++r) {
-        const int first = ringBegin[r];
-        const int size = ringBegin[r + 1] - first;
-        if (size < 2)
-            continue;
-        const int count = size == 2 ? 1 : size;
-        for (int k = 0; k < count; ++k) {
-            const int a = vertexOfInput(first + k);
-            const int b = vertexOfInput(first + (k + 1) % size);
-            if (a != b)
-                edges.emplace_back(std::max(a, b), std::min(a, b));
-        }
-    }
-    m_edgeOffsets.assign(static_cast<std::size_t>(m_count) + 1, 0);
-    for (const auto &edge : edges)
-        ++m_edgeOffsets[static_cast<std::size_t>(edge.first) + 1];
-    for (int v = 0; v < m_count; ++v)
-        m_edgeOffsets[static_cast<std::size_t>(v) + 1] += m_edgeOffsets[static_cast<std::size_t>(v)];
-    m_edgeStarts.resize(edges.size());
-    LargeVector<int> fill(m_edgeOffsets.begin(), m_edgeOffsets.end() - 1);
-    for (const auto &edge : edges)
-        m_edgeStarts[static_cast<std::size_t>(fill[static_cast<std::size_t>(edge.first)]++)] = edge.second;
+    // The rings' vertices in input order; the constrained edges follow from them (ForEachRingEdge).
+    m_ringVertices.resize(inputs.size());
+    for (std::size_t in = 0; in < inputs.size(); ++in)
+        m_ringVertices[in] = vertexOfInput(static_cast<int>(in));
+    m_ringBegin = ringBegin;
+    m_edgeOffsets.clear();
+    m_edgeStarts.clear();
 
     std::vector<int> ring;
     RingShape shape;
@@ -389,7 +371,7 @@ bool Sweep::Prepare()
     for (std::size_t r = 0; r < m_rings.size(); ++r) {
         ring.clear();
         for (int in = ringBegin[r]; in < ringBegin[r + 1]; ++in) {
-            const int v = vertexOfInput(in);
+            const int v = m_ringVertices[static_cast<std::size_t>(in)];
             if (ring.empty() || ring.back() != v)
                 ring.push_back(v);
         }
@@ -402,6 +384,48 @@ bool Sweep::Prepare()
     m_smoothRings = static_cast<double>(shape.reflex) < kReflexShareOfSweptBoundaries * count
                     || shape.squaredRuns >= kSmoothRunOfSweptBoundaries * count;
     return true;
+}
+
+// Calls visit(upper, lower) for every constrained edge, ring by ring and along each ring: from each
+// vertex to the next, and from the last back to the first (a ring of two points is one edge), leaving
+// out edges whose ends coincide.
+template <typename Visit>
+void Sweep::ForEachRingEdge(Visit visit) const
+{
+    for (std::size_t r = 0; r + 1 < m_ringBegin.size(); ++r) {
+        const int first = m_ringBegin[r];
+        const int size = m_ringBegin[r + 1] - first;
+        if (size < 2)
+            continue;
+        const int count = size == 2 ? 1 : size;
+        for (int k = 0; k < count; ++k) {
+            const int a = m_ringVertices[static_cast<std::size_t>(first + k)];
+            const int b = m_ringVertices[static_cast<std::size_t>(first + (k + 1) % size)];
+            if (a != b)
+                visit(std::max(a, b), std::min(a, b));
+        }
+    }
+}
+
+// Files the constrained edges under their upper ends for the sweep's edge events, in the rings'
+// order within each vertex; once, when the first sweep starts.
+void Sweep::FileEdgesByUpperEnd()
+{
+    if (!m_edgeOffsets.empty())
+        return;
+    m_edgeOffsets.assign(static_cast<std::size_t>(m_count) + 1, 0);
+    std::size_t edges = 0;
+    ForEachRingEdge([&](int upper, int) {
+        ++m_edgeOffsets[static_cast<std::size_t>(upper) + 1];
+        ++edges;
+    });
+    for (int v = 0; v < m_count; ++v)
+        m_edgeOffsets[static_cast<std::size_t>(v) + 1] += m_edgeOffsets[static_cast<std::size_t>(v)];
+    m_edgeStarts.resize(edges);
+    LargeVector<int> fill(m_edgeOffsets.begin(), m_edgeOffsets.end() - 1);
+    ForEachRingEdge([&](int upper, int lower) {
+        m_edgeStarts[static_cast<std::size_t>(fill[static_cast<std::size_t>(upper)]++)] = lower;
+    });
 }
 
 // Adds to shape what ring contributes. Reflex vertices are those at which the triangulated region's
@@ -528,10 +552,15 @@ void Sweep::Flip(int t, int i, int o, int j)
     O = Tri{{a, q, c}, {nQC, nCA, t}, static_cast<std::uint8_t>((cQC ? 1u : 0u) | (cCA ? 2u : 0u))};
     Repoint(nBQ, o, t);
     Repoint(nCA, t, o);
-    TriangleOf(a) = t;
+    // b and c each lose one of the two triangles; a and q keep theirs and gain the other. Incremental
+    // insertion only needs some triangle around each vertex, so it writes no more than that; the
+    // sweep's loop detection compares these links, so it keeps writing all four.
     TriangleOf(b) = t;
-    TriangleOf(q) = t;
     TriangleOf(c) = o;
+    if (!m_incremental) {
+        TriangleOf(a) = t;
+        TriangleOf(q) = t;
+    }
     if (nBQ < 0 || nAB < 0)
         MapFront(t);
     if (nQC < 0 || nCA < 0)
@@ -606,6 +635,7 @@ bool Sweep::Legalize(bool general)
 
 void Sweep::SweepPoints()
 {
+    FileEdgesByUpperEnd();
     const int first = 0;
     const int t0 = NewTriangle(Tail(), Head(), first);
     NextOf(Tail()) = first;
@@ -1182,11 +1212,16 @@ bool Sweep::InsertIncrementally()
     m_incremental = true;
     try {
         InsertPointsIncrementally();
-        for (int p = 0; p < m_count; ++p) {
-            EdgeEvents(p);
-            Verify("constrained edge insertion", p);
-        }
+        // The edges go in along the rings, from their upper ends as in the sweep's edge events: each
+        // starts where the one before ended, whose triangles are still at hand.
+        ForEachRingEdge([this](int upper, int lower) {
+            const int end = InsertedAs(upper);
+            EdgeEvent(InsertedAs(lower), end);
+            Verify("constrained edge insertion", end);
+        });
+        LargeVector<int>().swap(m_insertedAs); // the labels stay; their key is not needed any more
     } catch (const std::runtime_error &) {
+        UndoRelabelling();
         m_incremental = false;
         return false;
     }
@@ -1197,22 +1232,34 @@ bool Sweep::InsertIncrementally()
 
 void Sweep::InsertPointsIncrementally()
 {
-    // The enclosing triangle, far enough from the cloud that its corners never matter inside the
-    // outline (they are outside it, and constrained edges block them from view). Vertices are
-    // numbered in order of y and ranked in order of x, so the extremes are at hand.
+    // The enclosing triangle. Its corners never matter inside the outline: they lie outside it, and
+    // constrained edges block them from view. Vertices are numbered in order of y and ranked in order
+    // of x, so the extremes are at hand.
     const double minX = X(VertexOfRank(1)), maxX = X(VertexOfRank(m_count));
     const double minY = Y(0), maxY = Y(m_count - 1);
     const double size = std::max(maxX - minX, maxY - minY);
     const double centerX = minX / 2 + maxX / 2, centerY = minY / 2 + maxY / 2;
     const int a = m_count + 2, b = m_count + 3, c = m_count + 4;
-    m_xy.push_back(Coordinates{centerX - 32 * size, centerY - 16 * size});
-    m_xy.push_back(Coordinates{centerX + 32 * size, centerY - 16 * size});
-    m_xy.push_back(Coordinates{centerX, centerY + 32 * size});
+    // Along a nearly straight stretch of the hull, the in-circle tests of triangles with a corner are
+    // close calls that the exact stages decide. Corners close to the cloud, whose coordinates have
+    // few significant bits, keep those tests within the cheap integer stage (one fixed-point scale
+    // for all eight coordinates), where distant corners with full significands sent them to the
+    // general expansion. The span is the power of two at or above the size, the centre is rounded to
+    // an eighth of it (all exact), and the cloud, within 5/8 of a span around that centre, lies well
+    // inside the triangle.
+    int exponent = 0;
+    std::frexp(size, &exponent);
+    const double span = std::ldexp(1.0, exponent);
+    const double step = span / 8;
+    const double cornerX = std::round(centerX / step) * step, cornerY = std::round(centerY / step) * step;
+    m_xy.push_back(Coordinates{cornerX - 2 * span, cornerY - span});
+    m_xy.push_back(Coordinates{cornerX + 2 * span, cornerY - span});
+    m_xy.push_back(Coordinates{cornerX, cornerY + 2 * span});
     m_links.resize(m_xy.size());
     m_tris.reserve(2 * m_xy.size() + 16); // as reserved by StartSweep already
     NewTriangle(a, b, c);
 
-    std::vector<int> order(static_cast<std::size_t>(m_count));
+    LargeVector<int> order(static_cast<std::size_t>(m_count));
     std::iota(order.begin(), order.end(), 0);
     std::uint64_t state = 0x5eed;
     for (std::size_t k = order.size(); k > 1; --k)
@@ -1243,12 +1290,17 @@ void Sweep::InsertPointsIncrementally()
     }
     LargeVector<std::uint64_t>().swap(keyed);
     LargeVector<std::uint32_t>().swap(hilbert);
+    RelabelInInsertionOrder(order);
+    LargeVector<int>().swap(order);
 
     // Consecutive points along the Hilbert curve are usually close, but where the curve moves on to
     // another quadrant the next point can lie across the cloud, and a walk from the previous point
-    // would cross every thin triangle on the way. A coarse grid remembers the last point inserted in
-    // each of its cells; the walk starts from that point when it is closer than the previous one.
-    const int gridSide = std::clamp(static_cast<int>(std::sqrt(static_cast<double>(m_count))) / 4, 1, 1024);
+    // would cross every thin triangle on the way. A grid of about one cell a point (at most 1024 a
+    // side) remembers the last point inserted in each of its cells; the walk starts from that point
+    // when it is closer than the previous one. Along outlines refined into long thin triangles, a
+    // finer grid shortens the walks: at a million points, 6.6 steps on average where a grid of a
+    // sixteenth of the points took 8.5.
+    const int gridSide = std::clamp(static_cast<int>(std::sqrt(static_cast<double>(m_count))), 1, 1024);
     const double gridCell = gridSide / (size * (1.0 + 1e-9));
     std::vector<int> lastInCell(static_cast<std::size_t>(gridSide) * static_cast<std::size_t>(gridSide), -1);
     auto cellOf = [&](int v) {
@@ -1262,7 +1314,7 @@ void Sweep::InsertPointsIncrementally()
     };
 
     int previous = a;
-    for (const int p : order) {
+    for (int p = 0; p < m_count; ++p) {
         const std::size_t cell = cellOf(p);
         int from = previous;
         const int landmark = lastInCell[cell];
@@ -1279,6 +1331,54 @@ void Sweep::InsertPointsIncrementally()
         Verify("point insertion", p);
         previous = p;
     }
+}
+
+namespace {
+
+// Answers values with the element at position source[k] moved to position k, for the first
+// source.size() positions; the positions after them stay as they are. Out of place, so that the
+// reads are independent of each other and overlap, unlike a walk along the permutation's cycles.
+template <typename T>
+LargeVector<T> Gathered(const LargeVector<T> &values, const LargeVector<int> &source)
+{
+    LargeVector<T> gathered;
+    gathered.reserve(values.capacity());
+    for (const int from : source)
+        gathered.push_back(values[static_cast<std::size_t>(from)]);
+    for (std::size_t k = source.size(); k < values.size(); ++k)
+        gathered.push_back(values[k]);
+    return gathered;
+}
+
+} // namespace
+
+// Numbers the real vertices in the order of insertion, so that the coordinates and links that a walk
+// reads next to the point just inserted lie next to it in memory too: in sweep order, neighbours in
+// the plane are a whole row of the cloud apart. Only the labels change; the sweep's numbering comes
+// back with UndoRelabelling.
+void Sweep::RelabelInInsertionOrder(const LargeVector<int> &order)
+{
+    m_xy = Gathered(m_xy, order);
+    m_points = Gathered(m_points, order);
+    m_insertedAs.resize(order.size());
+    for (std::size_t k = 0; k < order.size(); ++k)
+        m_insertedAs[static_cast<std::size_t>(order[k])] = static_cast<int>(k);
+    for (int &v : m_outline)
+        v = InsertedAs(v);
+}
+
+void Sweep::UndoRelabelling()
+{
+    if (m_insertedAs.empty())
+        return;
+    m_xy = Gathered(m_xy, m_insertedAs);
+    m_points = Gathered(m_points, m_insertedAs);
+    LargeVector<int> sweptAs(m_insertedAs.size());
+    for (std::size_t v = 0; v < m_insertedAs.size(); ++v)
+        sweptAs[static_cast<std::size_t>(m_insertedAs[v])] = static_cast<int>(v);
+    for (int &v : m_outline)
+        v = sweptAs[static_cast<std::size_t>(v)];
+    LargeVector<int>().swap(m_insertedAs);
 }
 
 // Whether the input is one convex outline: no holes, every vertex an outline vertex met once, every
@@ -1511,16 +1611,15 @@ void Sweep::SplitTriangle(int t, int p)
 {
     const Tri old = m_tris[static_cast<std::size_t>(t)];
     const int a = old.v[0], b = old.v[1], c = old.v[2];
-    const int t1 = NewTriangle(b, c, p);
-    const int t2 = NewTriangle(c, a, p);
+    const int t1 = static_cast<int>(m_tris.size());
+    const int t2 = t1 + 1;
     auto bit = [&old](int k) { return (old.constrained >> k) & 1u; };
     TriangleAt(t) = Tri{{a, b, p}, {t1, t2, old.n[2]}, static_cast<std::uint8_t>(bit(2) << 2)};
-    TriangleAt(t1) = Tri{{b, c, p}, {t2, t, old.n[0]}, static_cast<std::uint8_t>(bit(0) << 2)};
-    TriangleAt(t2) = Tri{{c, a, p}, {t, t1, old.n[1]}, static_cast<std::uint8_t>(bit(1) << 2)};
+    m_tris.push_back(Tri{{b, c, p}, {t2, t, old.n[0]}, static_cast<std::uint8_t>(bit(0) << 2)});
+    m_tris.push_back(Tri{{c, a, p}, {t, t1, old.n[1]}, static_cast<std::uint8_t>(bit(1) << 2)});
     Repoint(old.n[0], t, t1);
     Repoint(old.n[1], t, t2);
-    TriangleOf(a) = t;
-    TriangleOf(b) = t;
+    // a and b stay in t; only c leaves it.
     TriangleOf(c) = t1;
     TriangleOf(p) = t;
     m_legalize.emplace_back(t, 2);
@@ -1548,19 +1647,18 @@ void Sweep::SplitEdge(int t, int e, int p)
     const unsigned split = (oldT.constrained >> e) & 1u;
     const unsigned cAB = (oldT.constrained >> Prev3(e)) & 1u, cCA = (oldT.constrained >> Next3(e)) & 1u;
     const unsigned cBQ = (oldO.constrained >> Next3(j)) & 1u, cQC = (oldO.constrained >> Prev3(j)) & 1u;
-    const int t1 = NewTriangle(a, p, c);
-    const int o1 = NewTriangle(q, p, b);
+    const int t1 = static_cast<int>(m_tris.size());
+    const int o1 = t1 + 1;
     TriangleAt(t) = Tri{{a, b, p}, {o1, t1, nAB}, static_cast<std::uint8_t>(split | cAB << 2)};
-    TriangleAt(t1) = Tri{{a, p, c}, {o, nCA, t}, static_cast<std::uint8_t>(split | cCA << 1)};
     TriangleAt(o) = Tri{{q, c, p}, {t1, o1, nQC}, static_cast<std::uint8_t>(split | cQC << 2)};
-    TriangleAt(o1) = Tri{{q, p, b}, {t, nBQ, o}, static_cast<std::uint8_t>(split | cBQ << 1)};
+    m_tris.push_back(Tri{{a, p, c}, {o, nCA, t}, static_cast<std::uint8_t>(split | cCA << 1)});
+    m_tris.push_back(Tri{{q, p, b}, {t, nBQ, o}, static_cast<std::uint8_t>(split | cBQ << 1)});
     Repoint(nCA, t, t1);
     Repoint(nBQ, o, o1);
-    TriangleOf(a) = t;
+    // a stays in t and q in o; b leaves o and c leaves t.
     TriangleOf(b) = t;
-    TriangleOf(p) = t;
     TriangleOf(c) = t1;
-    TriangleOf(q) = o;
+    TriangleOf(p) = t;
     m_legalize.emplace_back(t, 2);
     m_legalize.emplace_back(t1, 1);
     m_legalize.emplace_back(o, 2);
@@ -1632,6 +1730,9 @@ void Sweep::Finalize(LargeVector<Triangle> &out)
     if (start < 0)
         return;
 
+    // What only building the mesh needed goes before the final stage allocates.
+    ReleaseBuildingArrays();
+
     // Collect the triangles reachable without crossing a constrained edge.
     LargeVector<char> inside(m_tris.size(), 0);
     LargeVector<int> result;
@@ -1657,9 +1758,9 @@ void Sweep::Finalize(LargeVector<Triangle> &out)
     if (!m_legalizationComplete || (m_hooks && m_hooks->forceClosingPass))
         RestoreDelaunay(result, inside);
 
-    // Only the triangles and the input points are read from here on: what else the run kept is
-    // given back before the output is allocated, which lowers the run's peak of memory.
-    ReleaseWorkingArrays();
+    // Only the triangles and the input points are read from here on: the vertex links go too before
+    // the output is allocated, which lowers the run's peak of memory.
+    LargeVector<Links>().swap(m_links);
     out.reserve(out.size() + result.size());
     for (int t : result) {
         const Tri &T = m_tris[static_cast<std::size_t>(t)];
@@ -1668,13 +1769,13 @@ void Sweep::Finalize(LargeVector<Triangle> &out)
     }
 }
 
-void Sweep::ReleaseWorkingArrays()
+void Sweep::ReleaseBuildingArrays()
 {
-    LargeVector<Links>().swap(m_links);
     LargeVector<int>().swap(m_rank);
     LargeVector<int>().swap(m_vertexOfRank);
     LargeVector<int>().swap(m_edgeOffsets);
     LargeVector<int>().swap(m_edgeStarts);
+    LargeVector<int>().swap(m_ringVertices);
     m_front.Reset(0);
 }
 

@@ -21,11 +21,12 @@ namespace detail {
 struct TestHooks;
 
 // One triangulation run, by the sweep or, where the sweep's work outgrows its budget, by incremental
-// insertion. Vertices are numbered in sweep order (y, then x); the two artificial points of the sweep
-// follow the real ones, and incremental insertion adds the three corners of its enclosing triangle
-// after them. Triangles live in one pool and refer to each other by index: vertex i of a
-// triangle faces edge i, neighbour i lies across edge i, and bit i of constrained marks edge i as an
-// outline or hole edge. Every triangle is counter-clockwise.
+// insertion. Vertices are numbered in sweep order (y, then x), and renumbered in their order of
+// insertion while incremental insertion runs; the two artificial points of the sweep follow the real
+// ones, and incremental insertion adds the three corners of its enclosing triangle after them.
+// Triangles live in one pool and refer to each other by index: vertex i of a triangle faces edge i,
+// neighbour i lies across edge i, and bit i of constrained marks edge i as an outline or hole edge.
+// Every triangle is counter-clockwise.
 class Sweep
 {
 public:
@@ -64,6 +65,9 @@ private:
         double squaredRuns = 0.0; // sum of the squared lengths of runs turning one way
     };
     void MeasureRing(const std::vector<int> &ring, bool outline, RingShape &shape) const;
+    template <typename Visit>
+    void ForEachRingEdge(Visit visit) const;
+    void FileEdgesByUpperEnd();
     void StartSweep();
     void SweepPoints();
     void PointEvent(int p);
@@ -86,11 +90,15 @@ private:
     void AddOutsideOutlineEdge(int inner, int edge, int u, int w, int v);
     void SplitOutlineEdge(int t, int i, int v);
     void InsertPointsIncrementally();
+    void RelabelInInsertionOrder(const LargeVector<int> &order);
+    void UndoRelabelling();
+    // A vertex's number during incremental insertion, from its number in sweep order.
+    int InsertedAs(int v) const { return m_insertedAs.empty() ? v : m_insertedAs[static_cast<std::size_t>(v)]; }
     int Locate(int p, int start, int &edge) const;
     void SplitTriangle(int t, int p);
     void SplitEdge(int t, int e, int p);
     void Finalize(LargeVector<Triangle> &out);
-    void ReleaseWorkingArrays();
+    void ReleaseBuildingArrays();
     void RestoreDelaunay(const LargeVector<int> &result, const LargeVector<char> &inside);
     int FindStartTriangle(int v0, int v1, bool insideOnLeft);
     void BreakFrontAround(int v);
@@ -179,7 +187,12 @@ private:
     LargeVector<int> m_vertexOfRank;
     LargeVector<int> m_edgeOffsets;    // constrained edges by upper vertex: m_edgeStarts[m_edgeOffsets[v]..]
     LargeVector<int> m_edgeStarts;
+    LargeVector<int> m_ringVertices;   // the vertex of every ring point, ring by ring in input order
+    std::vector<int> m_ringBegin;      // ring r's points are m_ringVertices[m_ringBegin[r]..m_ringBegin[r + 1]]
     std::vector<int> m_outline;        // vertices of the outline, without repeats
+    // While incremental insertion runs: the number of each vertex (by its number in sweep order) in
+    // the order of insertion, which it then goes by; empty otherwise.
+    LargeVector<int> m_insertedAs;
 
     LargeVector<Tri> m_tris;
     FrontIndex m_front;
