@@ -1,14 +1,15 @@
 #ifndef KEZVISREPFACTORYRINGCLEANING_P_H
 #define KEZVISREPFACTORYRINGCLEANING_P_H
 
-// Ring cleaning, the first stage of a filled polygon. Every ring is copied and simplified
-// (SimplifyRing), and the repeat walk turns the simplified copy into points for the triangulator, up to
-// the first point that repeats an earlier one.
+// Ring cleaning, the first stage of a filled polygon. Every ring is simplified (SimplifyRing), which
+// keeps some of its points in their order, and the repeat walk turns the kept points into points for the
+// triangulator, up to the first point that repeats an earlier one. The rings are not copied: a cleaned
+// ring is the positions of its kept points in the input ring.
 //
-// What the stage promises the others: the walked points of a ring are made, in order, from the first
-// points of its simplified copy, so the k-th walked point and the k-th simplified point are one point;
-// every point is made once, in the arena of the call, and stays where it is until the arena goes; the
-// walked points of the outline are in a grid, for the hole tests. Never installed.
+// What the stage promises the others: the walked points of a ring are made, in order, from its first
+// kept points, so the k-th walked point and the k-th kept point are one point; every point is made once,
+// in the arena of the call, and stays where it is until the arena goes; the walked points of the outline
+// are in a grid, for the hole tests. Never installed.
 
 #include "factory/KEZVisRepFactoryFilledPolygon_p.h"
 
@@ -34,6 +35,23 @@ namespace KEZVisFilledPolygon {
 // middle points of three on a line. The first and last points are never compared with each other; the
 // repeat walk deals with the seam, so three points on a line across the seam survive.
 void SimplifyRing(KEZMathSetOfPoints &ring);
+
+// The same cleaning without a copy: `kept` receives, in order, the positions in `ring` of the points that
+// SimplifyRing keeps.
+void SimplifyRingPositions(const KEZMathSetOfPoints &ring, std::vector<qsizetype> &kept);
+
+// Two of SimplifyRing's questions, answered as KEZMathPoint's == and the comparison of KEZMathVector2D
+// would answer them, but mostly without a square root or a normalisation.
+//
+// SamePoint(a, b) is a == b, a distance of at most 1e-9.
+bool SamePoint(const KEZMathPoint &a, const KEZMathPoint &b);
+
+// How p continues the two kept points a and b: with u the normalised a - p and v the normalised p - b
+// (each normalised as Normalised does it, compared as KEZMathVector2D compares),
+// Back when u == v (p lies back on the segment from a to b), Beyond when u == v * -1 (p lies beyond b on
+// their line), and Turn otherwise.
+enum class Continuation { Turn, Back, Beyond };
+Continuation ContinuationOf(const KEZMathPoint &a, const KEZMathPoint &b, const KEZMathPoint &p);
 
 // ---------------------------------------------------------------------------
 // A hash grid of points for the questions "is some point within 0.001 of this one in x and in y" and "is
@@ -298,12 +316,16 @@ private:
     std::vector<p2t::Point> m_points;
 };
 
-// A ring after cleaning: its simplified copy, and the walked points, made from the first points of the
-// copy.
+// A ring after cleaning: the input ring, the positions in it of the points that SimplifyRing keeps, and
+// the walked points, made from the first kept points.
 struct WalkedRing
 {
-    KEZMathSetOfPoints simplified;
+    const KEZMathSetOfPoints *ring = nullptr;
+    std::vector<qsizetype> kept;
     PointVector points;
+
+    // The k-th kept point.
+    const KEZMathPoint &Kept(std::size_t k) const { return ring->at(kept[k]); }
 };
 
 // The rings of one call after cleaning. The arena owns every point of the call; the triangulator and the
@@ -325,6 +347,7 @@ struct CleanedRings
 
 // Cleans the outline, rings.first(), and then every further ring of at least 3 points. Gives false, with
 // no hole walked, when fewer than 3 points of the outline are accepted: nothing is triangulated then.
+// The cleaned rings point into `rings`, which must outlive them.
 bool CleanRings(const QList<KEZMathSetOfPoints> &rings, CleanedRings &cleaned);
 
 } // namespace KEZVisFilledPolygon

@@ -207,12 +207,12 @@ MeshPoints CollectMeshPoints(const CleanedRings &rings, const std::vector<const 
     meshPointOfArena.assign(rings.arena.Size(), -1);
     for (std::size_t i = 0; i < outline.points.size(); ++i) {
         meshPointOfArena[std::size_t(rings.arena.IndexOf(outline.points[i]))] = int(i);
-        meshPoints.push_back(&outline.simplified.at(qsizetype(i)));
+        meshPoints.push_back(&outline.Kept(i));
     }
     for (const WalkedRing *hole : insideHoles) {
         for (std::size_t k = 0; k < hole->points.size(); ++k) {
             meshPointOfArena[std::size_t(rings.arena.IndexOf(hole->points[k]))] = int(meshPoints.size());
-            meshPoints.push_back(&hole->simplified.at(qsizetype(k)));
+            meshPoints.push_back(&hole->Kept(k));
         }
     }
     return meshPoints;

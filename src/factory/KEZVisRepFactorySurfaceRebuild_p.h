@@ -19,8 +19,8 @@
 namespace KEZVisFilledPolygon {
 
 // The accepted points, the mesh points, with the z they came with: the walked points of the outline, then
-// those of every hole in `insideHoles`, in order. They are the simplified points of the cleaned rings
-// themselves, not copies, so they live as long as the rings. `meshPointOfArena` receives for each point
+// those of every hole in `insideHoles`, in order. They are the kept points of the input rings themselves,
+// not copies, so they live as long as the input. `meshPointOfArena` receives for each point
 // of the arena the mesh point that it was made from, or -1.
 using MeshPoints = std::vector<const KEZMathPoint *>;
 MeshPoints CollectMeshPoints(const CleanedRings &rings, const std::vector<const WalkedRing *> &insideHoles,
