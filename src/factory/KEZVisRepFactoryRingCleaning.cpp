@@ -47,7 +47,7 @@ void RepeatWalk(WalkedRing &walked, PointArena &arena, PointGrid *grid)
     PointGrid::Probe probes[kAhead];
     for (qsizetype i = 0; i < std::min(kAhead, size); ++i) {
         const KEZMathPoint &point = ring[kept[std::size_t(i)]];
-        probes[i] = grid->MakeProbe(point.GetX(), point.GetY());
+        grid->FillProbe(point.GetX(), point.GetY(), probes[i]);
         grid->Prefetch(probes[i]);
     }
     for (qsizetype i = 0; i < size; ++i) {
@@ -63,7 +63,7 @@ void RepeatWalk(WalkedRing &walked, PointArena &arena, PointGrid *grid)
         grid->Insert(made, probe);
         if (i + kAhead < size) {
             const KEZMathPoint &ahead = ring[kept[std::size_t(i + kAhead)]];
-            probe = grid->MakeProbe(ahead.GetX(), ahead.GetY());
+            grid->FillProbe(ahead.GetX(), ahead.GetY(), probe);
             grid->Prefetch(probe);
         }
     }

@@ -107,15 +107,24 @@ public:
     Probe MakeProbe(double x, double y) const
     {
         Probe probe;
+        FillProbe(x, y, probe);
+        return probe;
+    }
+
+    // MakeProbe into a probe that is there already, which spares the copy of the probe.
+    void FillProbe(double x, double y, Probe &probe) const
+    {
         probe.x = x;
         probe.y = y;
         probe.mask = m_mask;
+        probe.count = 0;
         if (!std::isfinite(x) || !std::isfinite(y))
-            return probe;
+            return;
         std::uint64_t cellsX[3];
         std::uint64_t cellsY[3];
-        const int countX = Neighbours(x, cellsX);
-        const int countY = Neighbours(y, cellsY);
+        std::uint64_t cx, cy;
+        const int countX = Neighbours(x, cellsX, cx);
+        const int countY = Neighbours(y, cellsY, cy);
         for (int i = 0; i < countX; ++i) {
             for (int j = 0; j < countY; ++j) {
                 probe.buckets[probe.count] = BucketOf(cellsX[i], cellsY[j]);
@@ -123,11 +132,8 @@ public:
                 ++probe.count;
             }
         }
-        const std::uint64_t cx = Code(CellOf(x));
-        const std::uint64_t cy = Code(CellOf(y));
         probe.ownBucket = BucketOf(cx, cy);
         probe.ownBit = CellBit(cx, cy);
-        return probe;
     }
 
     // Enters a point with the probe made of its coordinates.
@@ -244,23 +250,24 @@ private:
         bucket.cells |= bit;
     }
 
-    // The cells that may hold a partner of v.
-    static int Neighbours(double v, std::uint64_t *cells)
+    // The cells that may hold a partner of v, and in `own` the cell of v itself (CellOf(v)).
+    static int Neighbours(double v, std::uint64_t *cells, std::uint64_t &own)
     {
         const double q = v * 250.0;
         const double cell = std::floor(q) + 0.0;
+        own = Code(cell);
         int count = 0;
         if (std::abs(q) < 0x1p40) {
             // q is exact to 2^-14 here; a partner lies within 0.2502 cells.
             const double offset = q - cell;
             if (offset < 0.2504)
                 cells[count++] = Code(cell - 1.0);
-            cells[count++] = Code(cell);
+            cells[count++] = own;
             if (offset > 0.7496)
                 cells[count++] = Code(cell + 1.0);
             return count;
         }
-        cells[count++] = Code(cell);
+        cells[count++] = own;
         for (double other : {cell - 1.0, cell + 1.0}) {
             const std::uint64_t code = Code(other + 0.0);
             if (std::find(cells, cells + count, code) == cells + count)
@@ -311,6 +318,9 @@ public:
     }
 
     std::size_t Size() const { return m_points.size(); }
+
+    // The point at a position.
+    const p2t::Point &At(std::size_t position) const { return m_points[position]; }
 
 private:
     std::vector<p2t::Point> m_points;

@@ -221,10 +221,11 @@ MeshPoints CollectMeshPoints(const CleanedRings &rings, const std::vector<const 
 // ---------------------------------------------------------------------------
 // BuildSurfaceFromTriangles
 
-KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const MeshPoints &meshPoints, const TriangleCorners &triangleCorners)
+KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const MeshPoints &meshPoints, TriangleCorners &triangleCorners)
 {
-    const std::size_t cornerCount = triangleCorners.points.size();
-    const std::size_t triangleCount = cornerCount / 3;
+    CornerPositions &corners = triangleCorners.corners;
+    const PointArena &arena = *triangleCorners.arena;
+    const std::size_t triangleCount = corners.count / 3;
     const std::size_t meshCount = std::size_t(meshPoints.size());
     constexpr std::size_t kMaxCount = std::size_t(INT_MAX) / 3;
     if (triangleCount > kMaxCount || meshCount > kMaxCount)
@@ -232,58 +233,65 @@ KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const MeshPoints &meshPoints, 
 
     KeyMaker keyMaker;
     std::vector<VertexKey> keys; // the key of each vertex position
-    keys.reserve(meshCount + triangleCorners.arena->Size());
+    keys.reserve(meshCount + arena.Size());
     for (std::size_t i = 0; i < meshCount; ++i) {
         const KEZMathPoint &point = *meshPoints[i];
         keys.push_back(keyMaker.Make(point.GetX(), point.GetY(), point.GetZ()));
     }
-    std::vector<std::uint64_t> hashes(meshCount);
-    for (std::size_t i = 0; i < meshCount; ++i)
-        hashes[i] = HashOf(keys[i]);
     VertexMap map(keys, meshCount);
     std::vector<int> lastOfKey(meshCount);
     constexpr std::size_t kAhead = 16;
     for (std::size_t i = meshCount; i-- > 0;) {
         if (i >= kAhead)
-            map.Prefetch(hashes[i - kAhead]);
-        const int later = map.InsertIfAbsent(keys[i], hashes[i], int(i));
+            map.Prefetch(HashOf(keys[i - kAhead]));
+        const int later = map.InsertIfAbsent(keys[i], HashOf(keys[i]), int(i));
         lastOfKey[i] = later >= 0 ? later : int(i);
     }
 
     // The vertex of each point of the triangulator, where it follows from its mesh point; -1 where it is
-    // still to be looked up.
+    // still to be looked up. It takes the place of the mesh point of each arena point, which it needs no
+    // more.
     const VertexKey zero = keyMaker.Make(0.0, 0.0, 0.0);
-    const std::size_t arenaSize = triangleCorners.arena->Size();
-    std::vector<int> vertexOfArena(arenaSize, -1);
-    for (std::size_t a = 0; a < arenaSize; ++a) {
-        const int mesh = triangleCorners.meshPointOfArena[a];
+    std::vector<int> vertexOfArena = std::move(triangleCorners.meshPointOfArena);
+    for (int &entry : vertexOfArena) {
+        const int mesh = entry;
         if (mesh >= 0 && keys[std::size_t(mesh)].value[2] == zero.value[2]
             && keys[std::size_t(mesh)].kind[2] == zero.kind[2])
-            vertexOfArena[a] = lastOfKey[std::size_t(mesh)];
+            entry = lastOfKey[std::size_t(mesh)];
+        else
+            entry = -1;
     }
 
+    // The positions of the corners become their vertices in place.
     std::vector<const p2t::Point *> added; // corners that became new vertices
-    std::unique_ptr<int[]> indexes(new int[3 * triangleCount]);
+    std::unique_ptr<int[]> indexes = std::move(corners.positions);
     std::size_t vertexCount = meshCount;
     for (std::size_t c = 0; c < 3 * triangleCount; ++c) {
-        const p2t::Point *corner = triangleCorners.points[c];
-        const std::ptrdiff_t slot = triangleCorners.arena->IndexOf(corner);
-        int vertex = slot >= 0 ? vertexOfArena[std::size_t(slot)] : -1;
-        if (vertex < 0) {
-            const VertexKey key = keyMaker.Make(corner->x, corner->y, 0.0);
-            keys.push_back(key);
-            vertex = map.InsertIfAbsent(key, HashOf(key), int(vertexCount));
-            if (vertex < 0) {
-                if (vertexCount >= kMaxCount)
-                    return nullptr;
-                vertex = int(vertexCount++);
-                added.push_back(corner);
-            } else {
-                keys.pop_back();
+        const int position = indexes[c];
+        const p2t::Point *corner;
+        if (position >= 0) {
+            const int known = vertexOfArena[std::size_t(position)];
+            if (known >= 0) {
+                indexes[c] = known;
+                continue;
             }
-            if (slot >= 0)
-                vertexOfArena[std::size_t(slot)] = vertex;
+            corner = &arena.At(std::size_t(position));
+        } else {
+            corner = corners.foreign[std::size_t(-1 - position)];
         }
+        const VertexKey key = keyMaker.Make(corner->x, corner->y, 0.0);
+        keys.push_back(key);
+        int vertex = map.InsertIfAbsent(key, HashOf(key), int(vertexCount));
+        if (vertex < 0) {
+            if (vertexCount >= kMaxCount)
+                return nullptr;
+            vertex = int(vertexCount++);
+            added.push_back(corner);
+        } else {
+            keys.pop_back();
+        }
+        if (position >= 0)
+            vertexOfArena[std::size_t(position)] = vertex;
         indexes[c] = vertex;
     }
 
