@@ -15,8 +15,10 @@ constexpr int kSmallRing = 32;
 // Walks over the kept points of a ring and accepts points until one lies within 0.001 in x and in y of a
 // point accepted before: there the walk ends and the rest of the ring is ignored. A repeated first point
 // thus closes the ring, and a ring that revisits a point is cut at that visit. Accepted points become p2t
-// points in `walked.points`; when `grid` is given, it receives them too.
-void RepeatWalk(WalkedRing &walked, PointArena &arena, PointGrid *grid)
+// points in `walked.points`; when `grid` is given, it receives them too, and `near` (where given) tells
+// whether two accepted points may lie within 0.001 of each other in x and in y, bounds included, or an
+// accepted point has a coordinate that is not finite.
+void RepeatWalk(WalkedRing &walked, PointArena &arena, PointGrid *grid, bool *near = nullptr)
 {
     const KEZMathPoint *const ring = walked.ring->constData();
     const std::vector<qsizetype> &kept = walked.kept;
@@ -50,14 +52,27 @@ void RepeatWalk(WalkedRing &walked, PointArena &arena, PointGrid *grid)
         grid->FillProbe(point.GetX(), point.GetY(), probes[i]);
         grid->Prefetch(probes[i]);
     }
+    // Where the caller asks, the look-up also notes a partner on the bounds, within 0.001 in x and in y
+    // but not below it in both. The grid offers every point closer than 0.001 * (1 + 2^-51) on each axis
+    // to the predicate, so no such pair goes unseen; points with a coordinate that is not finite are
+    // never offered, and count as near themselves.
+    bool closeOnBounds = false;
     for (qsizetype i = 0; i < size; ++i) {
         PointGrid::Probe &probe = probes[i % kAhead];
         const double x = probe.x;
         const double y = probe.y;
-        if (grid->Any(probe, [x, y](const p2t::Point &earlier) {
-                return std::abs(x - earlier.x) < kTolerance && std::abs(y - earlier.y) < kTolerance;
+        if (probe.count == 0)
+            closeOnBounds = true;
+        if (grid->Any(probe, [x, y, &closeOnBounds](const p2t::Point &earlier) {
+                const double dx = std::abs(x - earlier.x);
+                const double dy = std::abs(y - earlier.y);
+                if (dx < kTolerance && dy < kTolerance)
+                    return true;
+                if (dx <= kTolerance && dy <= kTolerance)
+                    closeOnBounds = true;
+                return false;
             }))
-            return;
+            break;
         p2t::Point *made = arena.Make(x, y);
         accepted.push_back(made);
         grid->Insert(made, probe);
@@ -67,6 +82,8 @@ void RepeatWalk(WalkedRing &walked, PointArena &arena, PointGrid *grid)
             grid->Prefetch(probe);
         }
     }
+    if (near != nullptr)
+        *near = closeOnBounds;
 }
 
 } // namespace
@@ -183,7 +200,9 @@ bool CleanRings(const QList<KEZMathSetOfPoints> &rings, CleanedRings &cleaned)
     outline.ring = &rings.first();
     SimplifyRingPositions(*outline.ring, outline.kept);
     cleaned.outlineGrid.Reset(outline.kept.size());
-    RepeatWalk(outline, cleaned.arena, &cleaned.outlineGrid);
+    bool near = true;
+    RepeatWalk(outline, cleaned.arena, &cleaned.outlineGrid, &near);
+    cleaned.outlineKeysDistinct = !near;
     if (outline.points.size() < 3)
         return false;
 

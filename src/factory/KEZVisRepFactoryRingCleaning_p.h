@@ -350,6 +350,14 @@ struct CleanedRings
     PointArena arena;
     WalkedRing outline;
     PointGrid outlineGrid; // the walked points of the outline
+    // True where no two walked points of the outline can have the same vertex key of three decimals: the
+    // walk found every two of them 0.001 or more apart in x or in y, with a computed difference above
+    // 0.001 on that axis where it is not below it on the other, and all their coordinates finite. Two
+    // values with the same text of three decimals differ by at most 1/1000 exactly, and a computed
+    // difference can't exceed 0.001 where the exact one is at most 1/1000 (0.001 as a double lies above
+    // 1/1000, and rounding keeps the order), so equal keys would need a pair within 0.001 in x and in y,
+    // bounds included, which the walk reports.
+    bool outlineKeysDistinct = false;
     // Every further ring of at least 3 points, walked, in input order. Every walked hole stays here until
     // the triangulator is gone, the rejected ones too.
     std::vector<WalkedRing> holes;

@@ -271,28 +271,44 @@ KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const MeshPoints &meshPoints, 
     // before its turn, when its slot is prefetched. lastOfKey[i] is the last mesh point of the key of
     // mesh point i where that key reads "0.000" in z, and -1 elsewhere.
     std::vector<int> lastOfKey(meshCount);
-    constexpr std::size_t kAhead = 16;
-    struct Ahead
-    {
-        VertexKey key;
-        std::uint64_t hash;
+    const auto enterMeshKeys = [&]() {
+        constexpr std::size_t kAhead = 16;
+        struct Ahead
+        {
+            VertexKey key;
+            std::uint64_t hash;
+        };
+        Ahead ahead[kAhead];
+        const auto prepare = [&](std::size_t i) {
+            Ahead &entry = ahead[i % kAhead];
+            entry.key = keys.MeshKey(i);
+            entry.hash = HashOf(entry.key);
+            map.Prefetch(entry.hash);
+        };
+        for (std::size_t k = 0; k < std::min(kAhead, meshCount); ++k)
+            prepare(meshCount - 1 - k);
+        for (std::size_t i = meshCount; i-- > 0;) {
+            const Ahead entry = ahead[i % kAhead];
+            if (i >= kAhead)
+                prepare(i - kAhead);
+            const int later = map.InsertIfAbsent(entry.key, entry.hash, int(i));
+            const bool zeroZ = entry.key.value[2] == zero.value[2] && entry.key.kind[2] == zero.kind[2];
+            lastOfKey[i] = !zeroZ ? -1 : later >= 0 ? later : int(i);
+        }
     };
-    Ahead ahead[kAhead];
-    const auto prepare = [&](std::size_t i) {
-        Ahead &entry = ahead[i % kAhead];
-        entry.key = keys.MeshKey(i);
-        entry.hash = HashOf(entry.key);
-        map.Prefetch(entry.hash);
-    };
-    for (std::size_t k = 0; k < std::min(kAhead, meshCount); ++k)
-        prepare(meshCount - 1 - k);
-    for (std::size_t i = meshCount; i-- > 0;) {
-        const Ahead entry = ahead[i % kAhead];
-        if (i >= kAhead)
-            prepare(i - kAhead);
-        const int later = map.InsertIfAbsent(entry.key, entry.hash, int(i));
-        const bool zeroZ = entry.key.value[2] == zero.value[2] && entry.key.kind[2] == zero.kind[2];
-        lastOfKey[i] = !zeroZ ? -1 : later >= 0 ? later : int(i);
+    // Where no two mesh points share a key, each is the last of its own, and only the z of its key is
+    // asked; the mesh keys enter the map before the first corner that is looked up, which then finds
+    // the map as it would have been.
+    bool meshKeysEntered = false;
+    if (triangleCorners.meshKeysDistinct) {
+        for (std::size_t i = 0; i < meshCount; ++i) {
+            const VertexKey key = keyMaker.Make(0.0, 0.0, meshPoints[i]->GetZ());
+            const bool zeroZ = key.value[2] == zero.value[2] && key.kind[2] == zero.kind[2];
+            lastOfKey[i] = zeroZ ? int(i) : -1;
+        }
+    } else {
+        enterMeshKeys();
+        meshKeysEntered = true;
     }
 
     // The vertex of each point of the triangulator, where it follows from its mesh point; -1 where it is
@@ -317,6 +333,10 @@ KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const MeshPoints &meshPoints, 
             corner = &arena.At(std::size_t(position));
         } else {
             corner = corners.foreign[std::size_t(-1 - position)];
+        }
+        if (!meshKeysEntered) {
+            enterMeshKeys();
+            meshKeysEntered = true;
         }
         const VertexKey key = keyMaker.Make(corner->x, corner->y, 0.0);
         int vertex = map.InsertIfAbsent(key, HashOf(key), int(vertexCount));

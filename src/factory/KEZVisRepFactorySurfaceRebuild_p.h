@@ -36,6 +36,10 @@ struct TriangleCorners
     const PointArena *arena = nullptr;
     // The mesh point that each arena point was made from, or -1 for the points of holes left out.
     std::vector<int> meshPointOfArena;
+    // True where no two mesh points can have the same key (CleanedRings::outlineKeysDistinct, with no hole
+    // inside): each mesh point is then the last of its key, and the map needs the mesh keys only once a
+    // corner is looked up.
+    bool meshKeysDistinct = false;
 };
 
 // The surface of the mesh points and the triangles. Mesh points enter the key map in order, a later equal

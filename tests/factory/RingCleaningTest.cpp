@@ -272,4 +272,45 @@ TEST(RingCleaningTest, SimplifyRingOfAnEmptyRingKeepsNothing)
     EXPECT_TRUE(Kept(KEZMathSetOfPoints()).empty());
 }
 
+// ---------------------------------------------------------------------------
+// CleanRings: whether the outline's vertex keys are known to be distinct
+
+bool KeysDistinct(const KEZMathSetOfPoints &outline)
+{
+    const QList<KEZMathSetOfPoints> rings{outline};
+    CleanedRings cleaned{std::size_t(outline.size())};
+    EXPECT_TRUE(CleanRings(rings, cleaned));
+    return cleaned.outlineKeysDistinct;
+}
+
+TEST(RingCleaningTest, AnOutlineOfPointsFarApartHasDistinctKeys)
+{
+    EXPECT_TRUE(KeysDistinct({P(0, 0), P(1, 0), P(1, 1), P(0, 1)}));
+}
+
+TEST(RingCleaningTest, PointsCloseOnOneAxisOnlyKeepTheKeysDistinct)
+{
+    // 0.0005 apart in x, but 1 apart in y.
+    EXPECT_TRUE(KeysDistinct({P(0, 0), P(1, 0), P(1, 1), P(0.0005, 1), P(0, 0.5)}));
+}
+
+TEST(RingCleaningTest, TwoPointsExactlyTheRepeatDistanceApartOnBothAxesMayShareAKey)
+{
+    // Accepted by the walk, for 0.001 is not below 0.001, but on the bounds on both axes.
+    EXPECT_FALSE(KeysDistinct({P(0, 0), P(0.001, 0.001), P(1, 0), P(1, 1)}));
+}
+
+TEST(RingCleaningTest, APointThatIsNotFiniteLeavesTheKeysUnknown)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_FALSE(KeysDistinct({P(0, 0), P(1, 0), P(1, 1), P(nan, 1), P(0, 1)}));
+}
+
+TEST(RingCleaningTest, AWalkCutAtARepeatJudgesOnlyThePointsBeforeTheCut)
+{
+    // (0.0009, 0.0002) repeats the first point: the walk ends there, and the points it accepted are far
+    // apart.
+    EXPECT_TRUE(KeysDistinct({P(0, 0), P(1, 0), P(1, 1), P(0.0009, 0.0002), P(0.5, 0.5)}));
+}
+
 } // namespace
