@@ -87,6 +87,10 @@ public:
         m_mask = buckets - 1;
         m_points.clear();
         m_next.clear();
+        // The chains are sized once: grown by doubling, they would be copied and their fresh memory
+        // faulted in again at every step.
+        m_points.reserve(expected);
+        m_next.reserve(expected);
     }
 
     // What a look-up of one point needs of the grid, worked out once and used for its prefetch, its
