@@ -258,19 +258,25 @@ private:
     static int Neighbours(double v, std::uint64_t *cells, std::uint64_t &own)
     {
         const double q = v * 250.0;
-        const double cell = std::floor(q) + 0.0;
-        own = Code(cell);
         int count = 0;
         if (std::abs(q) < 0x1p40) {
-            // q is exact to 2^-14 here; a partner lies within 0.2502 cells.
-            const double offset = q - cell;
+            // q is exact to 2^-14 here; a partner lies within 0.2502 cells. The floor is taken on integers,
+            // which is cheaper and the same: the truncation of q is exact here, and one less where q lies
+            // below it; the codes of the cells are the cells themselves.
+            std::int64_t whole = std::int64_t(q);
+            if (q < double(whole))
+                --whole;
+            const double offset = q - double(whole);
+            own = std::uint64_t(whole);
             if (offset < 0.2504)
-                cells[count++] = Code(cell - 1.0);
+                cells[count++] = std::uint64_t(whole - 1);
             cells[count++] = own;
             if (offset > 0.7496)
-                cells[count++] = Code(cell + 1.0);
+                cells[count++] = std::uint64_t(whole + 1);
             return count;
         }
+        const double cell = std::floor(q) + 0.0;
+        own = Code(cell);
         cells[count++] = own;
         for (double other : {cell - 1.0, cell + 1.0}) {
             const std::uint64_t code = Code(other + 0.0);

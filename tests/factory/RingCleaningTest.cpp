@@ -273,6 +273,61 @@ TEST(RingCleaningTest, SimplifyRingOfAnEmptyRingKeepsNothing)
 }
 
 // ---------------------------------------------------------------------------
+// PointGrid: every entered point closer than 0.001 on each axis is offered to the predicate
+
+// True if the grid, holding only `entered`, offers it to a query at (x, y).
+bool Offered(const p2t::Point &entered, double x, double y)
+{
+    PointGrid grid(4);
+    grid.Insert(&entered, grid.MakeProbe(entered.x, entered.y));
+    return grid.Any(x, y, [&entered](const p2t::Point &point) { return &point == &entered; });
+}
+
+TEST(RingCleaningTest, TheGridOffersAPartnerAcrossEveryCellBoundaryNearby)
+{
+    // Cells are 0.004 wide: points on both sides of the boundaries at k * 0.004, near zero, on the
+    // negative side and far out, with partners just under 0.001 away on each axis.
+    int checked = 0;
+    for (double base : {0.0, -0.004, 0.004, -1.0, 123.456, -98765.432, 4e6}) {
+        for (double shift = -0.0012; shift <= 0.0012; shift += 0.0001) {
+            const double v = base + shift;
+            const p2t::Point entered(v, -v);
+            for (double dx : {-0.000999, -0.0005, 0.0, 0.0005, 0.000999}) {
+                for (double dy : {-0.000999, 0.0, 0.000999}) {
+                    EXPECT_TRUE(Offered(entered, v + dx, -v + dy)) << v << " " << dx << " " << dy;
+                    ++checked;
+                }
+            }
+        }
+    }
+    EXPECT_GT(checked, 1000);
+}
+
+TEST(RingCleaningTest, TheGridOffersAPartnerBeyondTheFineRange)
+{
+    // Beyond 2^40 cells the grid looks at both neighbouring cells whatever the position in the cell.
+    const double far = 0x1p40 / 250.0 * 3.0;
+    const p2t::Point entered(far, far);
+    EXPECT_TRUE(Offered(entered, std::nextafter(far, 0.0), std::nextafter(far, 1e300)));
+    EXPECT_TRUE(Offered(entered, far, far));
+}
+
+TEST(RingCleaningTest, TheGridNeverOffersAPointThatIsNotFinite)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const p2t::Point entered(nan, 0.0);
+    EXPECT_FALSE(Offered(entered, nan, 0.0));
+    EXPECT_FALSE(Offered(p2t::Point(1.0, 1.0), nan, 1.0));
+}
+
+TEST(RingCleaningTest, TheGridDoesNotOfferAPointFarAway)
+{
+    // Not a promise of the grid, which may offer more than the near points, but with one point and a
+    // query 1 away the buckets differ: the test shows that the offers above are not unconditional.
+    EXPECT_FALSE(Offered(p2t::Point(0.0, 0.0), 1.0, 1.0));
+}
+
+// ---------------------------------------------------------------------------
 // CleanRings: whether the outline's vertex keys are known to be distinct
 
 bool KeysDistinct(const KEZMathSetOfPoints &outline)
