@@ -80,8 +80,10 @@ public:
 
     void Reset(std::size_t expected)
     {
+        // A bucket a point: the cells' bits keep most look-ups from walking chains of other cells, and
+        // the smaller table stays in the cache and costs fewer fresh pages than one of twice the size.
         std::size_t buckets = 16;
-        while (buckets < 2 * expected)
+        while (buckets < expected)
             buckets *= 2;
         m_buckets.assign(buckets, Bucket{-1, 0});
         m_mask = buckets - 1;
