@@ -53,7 +53,8 @@ KEZVisSurfacePrimitive *KEZVisRepFactory::CreateFilledPolygonPrimitive(QList<KEZ
 
     TriangleCorners corners;
     corners.arena = &cleaned.arena;
-    corners.points = TriangulateRings(cleaned.outline.points, holes.triangulated);
+    corners.corners = TriangulateRings(cleaned.outline.points, holes.triangulated, cleaned.arena);
+    corners.meshKeysDistinct = cleaned.outlineKeysDistinct && holes.inside.empty();
 
     const MeshPoints meshPoints = CollectMeshPoints(cleaned, holes.inside, corners.meshPointOfArena);
     return BuildSurfaceFromTriangles(meshPoints, corners);

@@ -1,14 +1,15 @@
 #ifndef KEZVISREPFACTORYRINGCLEANING_P_H
 #define KEZVISREPFACTORYRINGCLEANING_P_H
 
-// Ring cleaning, the first stage of a filled polygon. Every ring is copied and simplified
-// (SimplifyRing), and the repeat walk turns the simplified copy into points for the triangulator, up to
-// the first point that repeats an earlier one.
+// Ring cleaning, the first stage of a filled polygon. Every ring is simplified (SimplifyRing), which
+// keeps some of its points in their order, and the repeat walk turns the kept points into points for the
+// triangulator, up to the first point that repeats an earlier one. The rings are not copied: a cleaned
+// ring is the positions of its kept points in the input ring.
 //
-// What the stage promises the others: the walked points of a ring are made, in order, from the first
-// points of its simplified copy, so the k-th walked point and the k-th simplified point are one point;
-// every point is made once, in the arena of the call, and stays where it is until the arena goes; the
-// walked points of the outline are in a grid, for the hole tests. Never installed.
+// What the stage promises the others: the walked points of a ring are made, in order, from its first
+// kept points, so the k-th walked point and the k-th kept point are one point; every point is made once,
+// in the arena of the call, and stays where it is until the arena goes; the walked points of the outline
+// are in a grid, for the hole tests. Never installed.
 
 #include "factory/KEZVisRepFactoryFilledPolygon_p.h"
 
@@ -34,6 +35,23 @@ namespace KEZVisFilledPolygon {
 // middle points of three on a line. The first and last points are never compared with each other; the
 // repeat walk deals with the seam, so three points on a line across the seam survive.
 void SimplifyRing(KEZMathSetOfPoints &ring);
+
+// The same cleaning without a copy: `kept` receives, in order, the positions in `ring` of the points that
+// SimplifyRing keeps.
+void SimplifyRingPositions(const KEZMathSetOfPoints &ring, std::vector<qsizetype> &kept);
+
+// Two of SimplifyRing's questions, answered as KEZMathPoint's == and the comparison of KEZMathVector2D
+// would answer them, but mostly without a square root or a normalisation.
+//
+// SamePoint(a, b) is a == b, a distance of at most 1e-9.
+bool SamePoint(const KEZMathPoint &a, const KEZMathPoint &b);
+
+// How p continues the two kept points a and b: with u the normalised a - p and v the normalised p - b
+// (each normalised as Normalised does it, compared as KEZMathVector2D compares),
+// Back when u == v (p lies back on the segment from a to b), Beyond when u == v * -1 (p lies beyond b on
+// their line), and Turn otherwise.
+enum class Continuation { Turn, Back, Beyond };
+Continuation ContinuationOf(const KEZMathPoint &a, const KEZMathPoint &b, const KEZMathPoint &p);
 
 // ---------------------------------------------------------------------------
 // A hash grid of points for the questions "is some point within 0.001 of this one in x and in y" and "is
@@ -62,13 +80,19 @@ public:
 
     void Reset(std::size_t expected)
     {
+        // A bucket a point: the cells' bits keep most look-ups from walking chains of other cells, and
+        // the smaller table stays in the cache and costs fewer fresh pages than one of twice the size.
         std::size_t buckets = 16;
-        while (buckets < 2 * expected)
+        while (buckets < expected)
             buckets *= 2;
         m_buckets.assign(buckets, Bucket{-1, 0});
         m_mask = buckets - 1;
         m_points.clear();
         m_next.clear();
+        // The chains are sized once: grown by doubling, they would be copied and their fresh memory
+        // faulted in again at every step.
+        m_points.reserve(expected);
+        m_next.reserve(expected);
     }
 
     // What a look-up of one point needs of the grid, worked out once and used for its prefetch, its
@@ -89,15 +113,24 @@ public:
     Probe MakeProbe(double x, double y) const
     {
         Probe probe;
+        FillProbe(x, y, probe);
+        return probe;
+    }
+
+    // MakeProbe into a probe that is there already, which spares the copy of the probe.
+    void FillProbe(double x, double y, Probe &probe) const
+    {
         probe.x = x;
         probe.y = y;
         probe.mask = m_mask;
+        probe.count = 0;
         if (!std::isfinite(x) || !std::isfinite(y))
-            return probe;
+            return;
         std::uint64_t cellsX[3];
         std::uint64_t cellsY[3];
-        const int countX = Neighbours(x, cellsX);
-        const int countY = Neighbours(y, cellsY);
+        std::uint64_t cx, cy;
+        const int countX = Neighbours(x, cellsX, cx);
+        const int countY = Neighbours(y, cellsY, cy);
         for (int i = 0; i < countX; ++i) {
             for (int j = 0; j < countY; ++j) {
                 probe.buckets[probe.count] = BucketOf(cellsX[i], cellsY[j]);
@@ -105,11 +138,8 @@ public:
                 ++probe.count;
             }
         }
-        const std::uint64_t cx = Code(CellOf(x));
-        const std::uint64_t cy = Code(CellOf(y));
         probe.ownBucket = BucketOf(cx, cy);
         probe.ownBit = CellBit(cx, cy);
-        return probe;
     }
 
     // Enters a point with the probe made of its coordinates.
@@ -226,23 +256,30 @@ private:
         bucket.cells |= bit;
     }
 
-    // The cells that may hold a partner of v.
-    static int Neighbours(double v, std::uint64_t *cells)
+    // The cells that may hold a partner of v, and in `own` the cell of v itself (CellOf(v)).
+    static int Neighbours(double v, std::uint64_t *cells, std::uint64_t &own)
     {
         const double q = v * 250.0;
-        const double cell = std::floor(q) + 0.0;
         int count = 0;
         if (std::abs(q) < 0x1p40) {
-            // q is exact to 2^-14 here; a partner lies within 0.2502 cells.
-            const double offset = q - cell;
+            // q is exact to 2^-14 here; a partner lies within 0.2502 cells. The floor is taken on integers,
+            // which is cheaper and the same: the truncation of q is exact here, and one less where q lies
+            // below it; the codes of the cells are the cells themselves.
+            std::int64_t whole = std::int64_t(q);
+            if (q < double(whole))
+                --whole;
+            const double offset = q - double(whole);
+            own = std::uint64_t(whole);
             if (offset < 0.2504)
-                cells[count++] = Code(cell - 1.0);
-            cells[count++] = Code(cell);
+                cells[count++] = std::uint64_t(whole - 1);
+            cells[count++] = own;
             if (offset > 0.7496)
-                cells[count++] = Code(cell + 1.0);
+                cells[count++] = std::uint64_t(whole + 1);
             return count;
         }
-        cells[count++] = Code(cell);
+        const double cell = std::floor(q) + 0.0;
+        own = Code(cell);
+        cells[count++] = own;
         for (double other : {cell - 1.0, cell + 1.0}) {
             const std::uint64_t code = Code(other + 0.0);
             if (std::find(cells, cells + count, code) == cells + count)
@@ -294,16 +331,23 @@ public:
 
     std::size_t Size() const { return m_points.size(); }
 
+    // The point at a position.
+    const p2t::Point &At(std::size_t position) const { return m_points[position]; }
+
 private:
     std::vector<p2t::Point> m_points;
 };
 
-// A ring after cleaning: its simplified copy, and the walked points, made from the first points of the
-// copy.
+// A ring after cleaning: the input ring, the positions in it of the points that SimplifyRing keeps, and
+// the walked points, made from the first kept points.
 struct WalkedRing
 {
-    KEZMathSetOfPoints simplified;
+    const KEZMathSetOfPoints *ring = nullptr;
+    std::vector<qsizetype> kept;
     PointVector points;
+
+    // The k-th kept point.
+    const KEZMathPoint &Kept(std::size_t k) const { return ring->at(kept[k]); }
 };
 
 // The rings of one call after cleaning. The arena owns every point of the call; the triangulator and the
@@ -318,6 +362,14 @@ struct CleanedRings
     PointArena arena;
     WalkedRing outline;
     PointGrid outlineGrid; // the walked points of the outline
+    // True where no two walked points of the outline can have the same vertex key of three decimals: the
+    // walk found every two of them 0.001 or more apart in x or in y, with a computed difference above
+    // 0.001 on that axis where it is not below it on the other, and all their coordinates finite. Two
+    // values with the same text of three decimals differ by at most 1/1000 exactly, and a computed
+    // difference can't exceed 0.001 where the exact one is at most 1/1000 (0.001 as a double lies above
+    // 1/1000, and rounding keeps the order), so equal keys would need a pair within 0.001 in x and in y,
+    // bounds included, which the walk reports.
+    bool outlineKeysDistinct = false;
     // Every further ring of at least 3 points, walked, in input order. Every walked hole stays here until
     // the triangulator is gone, the rejected ones too.
     std::vector<WalkedRing> holes;
@@ -325,6 +377,7 @@ struct CleanedRings
 
 // Cleans the outline, rings.first(), and then every further ring of at least 3 points. Gives false, with
 // no hole walked, when fewer than 3 points of the outline are accepted: nothing is triangulated then.
+// The cleaned rings point into `rings`, which must outlive them.
 bool CleanRings(const QList<KEZMathSetOfPoints> &rings, CleanedRings &cleaned);
 
 } // namespace KEZVisFilledPolygon

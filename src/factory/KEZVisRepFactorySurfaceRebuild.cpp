@@ -9,6 +9,7 @@
 #include <QByteArray>
 #include <QHash>
 
+#include <algorithm>
 #include <climits>
 #include <cmath>
 #include <cstddef>
@@ -113,12 +114,44 @@ inline std::uint64_t HashOf(const VertexKey &key)
     return h;
 }
 
-// An open-addressing map from vertex keys to vertex positions. The keys themselves live in `keys`, one a
-// position; a slot holds a position and part of the key's hash.
+// The keys of the vertex positions, worked out again when they are asked for rather than kept: a key
+// takes 32 bytes, a mesh point of a million-point outline would need 32 MB of them, and the map asks for
+// a key only where the upper half of its hash matches, which for distinct keys is rare. The mesh points
+// come first, then the corners that became new vertices, which stand at z 0.0.
+class VertexKeys
+{
+public:
+    VertexKeys(const MeshPoints &meshPoints, KeyMaker &keyMaker) : m_meshPoints(meshPoints), m_keyMaker(keyMaker) { }
+
+    VertexKey MeshKey(std::size_t i) const
+    {
+        const KEZMathPoint &point = *m_meshPoints[i];
+        return m_keyMaker.Make(point.GetX(), point.GetY(), point.GetZ());
+    }
+
+    VertexKey At(std::size_t position) const
+    {
+        if (position < m_meshPoints.size())
+            return MeshKey(position);
+        const p2t::Point *corner = m_added[position - m_meshPoints.size()];
+        return m_keyMaker.Make(corner->x, corner->y, 0.0);
+    }
+
+    void Add(const p2t::Point *corner) { m_added.push_back(corner); }
+    const std::vector<const p2t::Point *> &Added() const { return m_added; }
+
+private:
+    const MeshPoints &m_meshPoints;
+    KeyMaker &m_keyMaker;
+    std::vector<const p2t::Point *> m_added; // the corners that became new vertices
+};
+
+// An open-addressing map from vertex keys to vertex positions. A slot holds a position and the upper
+// half of the key's hash, which also chooses the slot; the keys themselves come from `keys`.
 class VertexMap
 {
 public:
-    VertexMap(const std::vector<VertexKey> &keys, std::size_t expected) : m_keys(keys)
+    VertexMap(const VertexKeys &keys, std::size_t expected) : m_keys(keys)
     {
         std::size_t capacity = 16;
         while (capacity < 2 * expected)
@@ -139,36 +172,32 @@ public:
 #endif
     }
 
-    // The position of the key if it is there; otherwise enters it with `position` (keys[position] must be
-    // the key) and gives -1.
+    // The position of the key if it is there; otherwise enters it with `position` (the key of that
+    // position must be `key`) and gives -1.
     int InsertIfAbsent(const VertexKey &key, std::uint64_t hash, int position)
     {
         if (2 * (m_used + 1) > m_slots.size())
             Grow();
-        Slot &slot = m_slots[Find(key, hash)];
-        if (slot.position >= 0)
-            return slot.position;
+        const std::uint32_t tag = std::uint32_t(hash >> 32);
+        std::size_t index = tag & m_mask;
+        while (m_slots[index].position >= 0) {
+            if (m_slots[index].tag == tag && m_keys.At(std::size_t(m_slots[index].position)) == key)
+                return m_slots[index].position;
+            index = (index + 1) & m_mask;
+        }
         ++m_used;
-        slot = Slot{std::uint32_t(hash), position};
+        m_slots[index] = Slot{tag, position};
         return -1;
     }
 
 private:
     struct Slot
     {
-        std::uint32_t hash;
+        std::uint32_t tag;
         int position;
     };
 
-    std::size_t Find(const VertexKey &key, std::uint64_t hash) const
-    {
-        std::size_t index = std::size_t(hash >> 32) & m_mask;
-        while (m_slots[index].position >= 0
-               && (m_slots[index].hash != std::uint32_t(hash) || !(m_keys[std::size_t(m_slots[index].position)] == key)))
-            index = (index + 1) & m_mask;
-        return index;
-    }
-
+    // The keys in the map are distinct, so the slots move without their keys.
     void Grow()
     {
         std::vector<Slot> old;
@@ -176,14 +205,16 @@ private:
         m_slots.assign(old.size() * 2, Slot{0, -1});
         m_mask = m_slots.size() - 1;
         for (const Slot &slot : old) {
-            if (slot.position >= 0) {
-                const VertexKey &key = m_keys[std::size_t(slot.position)];
-                m_slots[Find(key, HashOf(key))] = slot;
-            }
+            if (slot.position < 0)
+                continue;
+            std::size_t index = slot.tag & m_mask;
+            while (m_slots[index].position >= 0)
+                index = (index + 1) & m_mask;
+            m_slots[index] = slot;
         }
     }
 
-    const std::vector<VertexKey> &m_keys;
+    const VertexKeys &m_keys;
     std::vector<Slot> m_slots;
     std::size_t m_mask = 0;
     std::size_t m_used = 0;
@@ -207,12 +238,12 @@ MeshPoints CollectMeshPoints(const CleanedRings &rings, const std::vector<const 
     meshPointOfArena.assign(rings.arena.Size(), -1);
     for (std::size_t i = 0; i < outline.points.size(); ++i) {
         meshPointOfArena[std::size_t(rings.arena.IndexOf(outline.points[i]))] = int(i);
-        meshPoints.push_back(&outline.simplified.at(qsizetype(i)));
+        meshPoints.push_back(&outline.Kept(i));
     }
     for (const WalkedRing *hole : insideHoles) {
         for (std::size_t k = 0; k < hole->points.size(); ++k) {
             meshPointOfArena[std::size_t(rings.arena.IndexOf(hole->points[k]))] = int(meshPoints.size());
-            meshPoints.push_back(&hole->simplified.at(qsizetype(k)));
+            meshPoints.push_back(&hole->Kept(k));
         }
     }
     return meshPoints;
@@ -221,72 +252,106 @@ MeshPoints CollectMeshPoints(const CleanedRings &rings, const std::vector<const 
 // ---------------------------------------------------------------------------
 // BuildSurfaceFromTriangles
 
-KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const MeshPoints &meshPoints, const TriangleCorners &triangleCorners)
+KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const MeshPoints &meshPoints, TriangleCorners &triangleCorners)
 {
-    const std::size_t cornerCount = triangleCorners.points.size();
-    const std::size_t triangleCount = cornerCount / 3;
+    CornerPositions &corners = triangleCorners.corners;
+    const PointArena &arena = *triangleCorners.arena;
+    const std::size_t triangleCount = corners.count / 3;
     const std::size_t meshCount = std::size_t(meshPoints.size());
     constexpr std::size_t kMaxCount = std::size_t(INT_MAX) / 3;
     if (triangleCount > kMaxCount || meshCount > kMaxCount)
         return nullptr;
 
     KeyMaker keyMaker;
-    std::vector<VertexKey> keys; // the key of each vertex position
-    keys.reserve(meshCount + triangleCorners.arena->Size());
-    for (std::size_t i = 0; i < meshCount; ++i) {
-        const KEZMathPoint &point = *meshPoints[i];
-        keys.push_back(keyMaker.Make(point.GetX(), point.GetY(), point.GetZ()));
-    }
-    std::vector<std::uint64_t> hashes(meshCount);
-    for (std::size_t i = 0; i < meshCount; ++i)
-        hashes[i] = HashOf(keys[i]);
+    VertexKeys keys(meshPoints, keyMaker);
     VertexMap map(keys, meshCount);
+    const VertexKey zero = keyMaker.Make(0.0, 0.0, 0.0);
+
+    // The mesh points enter from the last to the first, each with the key and hash made kAhead points
+    // before its turn, when its slot is prefetched. lastOfKey[i] is the last mesh point of the key of
+    // mesh point i where that key reads "0.000" in z, and -1 elsewhere.
     std::vector<int> lastOfKey(meshCount);
-    constexpr std::size_t kAhead = 16;
-    for (std::size_t i = meshCount; i-- > 0;) {
-        if (i >= kAhead)
-            map.Prefetch(hashes[i - kAhead]);
-        const int later = map.InsertIfAbsent(keys[i], hashes[i], int(i));
-        lastOfKey[i] = later >= 0 ? later : int(i);
+    const auto enterMeshKeys = [&]() {
+        constexpr std::size_t kAhead = 16;
+        struct Ahead
+        {
+            VertexKey key;
+            std::uint64_t hash;
+        };
+        Ahead ahead[kAhead];
+        const auto prepare = [&](std::size_t i) {
+            Ahead &entry = ahead[i % kAhead];
+            entry.key = keys.MeshKey(i);
+            entry.hash = HashOf(entry.key);
+            map.Prefetch(entry.hash);
+        };
+        for (std::size_t k = 0; k < std::min(kAhead, meshCount); ++k)
+            prepare(meshCount - 1 - k);
+        for (std::size_t i = meshCount; i-- > 0;) {
+            const Ahead entry = ahead[i % kAhead];
+            if (i >= kAhead)
+                prepare(i - kAhead);
+            const int later = map.InsertIfAbsent(entry.key, entry.hash, int(i));
+            const bool zeroZ = entry.key.value[2] == zero.value[2] && entry.key.kind[2] == zero.kind[2];
+            lastOfKey[i] = !zeroZ ? -1 : later >= 0 ? later : int(i);
+        }
+    };
+    // Where no two mesh points share a key, each is the last of its own, and only the z of its key is
+    // asked; the mesh keys enter the map before the first corner that is looked up, which then finds
+    // the map as it would have been.
+    bool meshKeysEntered = false;
+    if (triangleCorners.meshKeysDistinct) {
+        for (std::size_t i = 0; i < meshCount; ++i) {
+            const VertexKey key = keyMaker.Make(0.0, 0.0, meshPoints[i]->GetZ());
+            const bool zeroZ = key.value[2] == zero.value[2] && key.kind[2] == zero.kind[2];
+            lastOfKey[i] = zeroZ ? int(i) : -1;
+        }
+    } else {
+        enterMeshKeys();
+        meshKeysEntered = true;
     }
 
     // The vertex of each point of the triangulator, where it follows from its mesh point; -1 where it is
-    // still to be looked up.
-    const VertexKey zero = keyMaker.Make(0.0, 0.0, 0.0);
-    const std::size_t arenaSize = triangleCorners.arena->Size();
-    std::vector<int> vertexOfArena(arenaSize, -1);
-    for (std::size_t a = 0; a < arenaSize; ++a) {
-        const int mesh = triangleCorners.meshPointOfArena[a];
-        if (mesh >= 0 && keys[std::size_t(mesh)].value[2] == zero.value[2]
-            && keys[std::size_t(mesh)].kind[2] == zero.kind[2])
-            vertexOfArena[a] = lastOfKey[std::size_t(mesh)];
-    }
+    // still to be looked up. It takes the place of the mesh point of each arena point, which it needs no
+    // more.
+    std::vector<int> vertexOfArena = std::move(triangleCorners.meshPointOfArena);
+    for (int &entry : vertexOfArena)
+        entry = entry >= 0 ? lastOfKey[std::size_t(entry)] : -1;
 
-    std::vector<const p2t::Point *> added; // corners that became new vertices
-    std::unique_ptr<int[]> indexes(new int[3 * triangleCount]);
+    // The positions of the corners become their vertices in place.
+    std::unique_ptr<int[]> indexes = std::move(corners.positions);
     std::size_t vertexCount = meshCount;
     for (std::size_t c = 0; c < 3 * triangleCount; ++c) {
-        const p2t::Point *corner = triangleCorners.points[c];
-        const std::ptrdiff_t slot = triangleCorners.arena->IndexOf(corner);
-        int vertex = slot >= 0 ? vertexOfArena[std::size_t(slot)] : -1;
-        if (vertex < 0) {
-            const VertexKey key = keyMaker.Make(corner->x, corner->y, 0.0);
-            keys.push_back(key);
-            vertex = map.InsertIfAbsent(key, HashOf(key), int(vertexCount));
-            if (vertex < 0) {
-                if (vertexCount >= kMaxCount)
-                    return nullptr;
-                vertex = int(vertexCount++);
-                added.push_back(corner);
-            } else {
-                keys.pop_back();
+        const int position = indexes[c];
+        const p2t::Point *corner;
+        if (position >= 0) {
+            const int known = vertexOfArena[std::size_t(position)];
+            if (known >= 0) {
+                indexes[c] = known;
+                continue;
             }
-            if (slot >= 0)
-                vertexOfArena[std::size_t(slot)] = vertex;
+            corner = &arena.At(std::size_t(position));
+        } else {
+            corner = corners.foreign[std::size_t(-1 - position)];
         }
+        if (!meshKeysEntered) {
+            enterMeshKeys();
+            meshKeysEntered = true;
+        }
+        const VertexKey key = keyMaker.Make(corner->x, corner->y, 0.0);
+        int vertex = map.InsertIfAbsent(key, HashOf(key), int(vertexCount));
+        if (vertex < 0) {
+            if (vertexCount >= kMaxCount)
+                return nullptr;
+            vertex = int(vertexCount++);
+            keys.Add(corner);
+        }
+        if (position >= 0)
+            vertexOfArena[std::size_t(position)] = vertex;
         indexes[c] = vertex;
     }
 
+    const std::vector<const p2t::Point *> &added = keys.Added();
     std::unique_ptr<double[]> coords(new double[3 * vertexCount]);
     for (std::size_t i = 0; i < meshCount; ++i) {
         double *v = coords.get() + 3 * i;
