@@ -35,11 +35,12 @@ namespace p2t {
 // winding once) is built without locating any point: its vertices are taken away one by one, in rounds
 // drawn at random (from a fixed seed) and along the outline within a round, and put back in the
 // reverse order, each next to the edge between its former neighbours, with flips; beyond 16 flips a
-// vertex (and a fixed allowance) it gives way to incremental insertion. Otherwise the sweep runs, and once its work exceeds a budget linear in the points swept, it gives
-// way to incremental insertion. Incremental insertion builds the same constrained Delaunay
-// triangulation by inserting the points into an enclosing triangle in a random order (from a fixed
-// seed) sorted along a Hilbert curve within rounds of doubling size, then inserting the constrained
-// edges as the sweep's edge events do. If that fails
+// vertex (and a fixed allowance) it gives way to incremental insertion. Otherwise the sweep runs, and
+// once its work exceeds a budget linear in the points swept, it gives way to incremental insertion.
+// Incremental insertion builds the same constrained Delaunay triangulation by inserting the points
+// into an enclosing triangle in a random order (from a fixed seed) sorted along a Hilbert curve
+// within rounds of doubling size, then inserting the constrained edges ring by ring along each ring,
+// each as the sweep's edge event does. If that fails
 // (constrained edges that cross, or any other trouble), the sweep runs to its end without a budget
 // and its result, partial or whole, is the result. Where four or more points are co-circular, the two
 // ways may choose different (each deterministic) triangles among them; near-collinear points within
