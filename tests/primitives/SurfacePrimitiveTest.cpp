@@ -128,6 +128,15 @@ TEST(SurfacePrimitive, GivenNormalsAreReturnedAsTheyAreNotNormalised)
               (QList<float>{0.0f, 0.0f, 5.0f, 3.0f, 4.0f, 0.0f, -1.0f, 2.0f, 7.5f}));
 }
 
+TEST(SurfacePrimitive, ComputedNormalShorterThanTheValidityThresholdIsLeftUnnormalised)
+{
+    // Legs of 1e-7 make a cross product of length 1e-14, below KEZMathVector's validity threshold of
+    // 1e-12: the normal is kept as the cross product gives it.
+    KEZVisSurfacePrimitive primitive(3, NewArray<double>({0.0, 0.0, 0.0, 1e-7, 0.0, 0.0, 0.0, 1e-7, 0.0}), 1,
+                                     NewArray<int>({0, 1, 2}), nullptr);
+    EXPECT_EQ(primitive.GetTriangleNormalCoordsAsDouble(), (QList<double>{0.0, 0.0, -(1e-7 * 1e-7)}));
+}
+
 TEST(SurfacePrimitive, DegenerateTriangleAndIndexOutsideTheVerticesGiveTheZeroNormal)
 {
     KEZVisSurfacePrimitive primitive(3, NewArray<double>({0.0, 0.0, 0.0, 1.0, 1.0, 1.0, 2.0, 2.0, 2.0}), 2,
