@@ -66,3 +66,26 @@ TEST(FilledPolygonFuzzRegression, OutlineThatTurnsFlatWhenScaledGivesItsVertices
     EXPECT_EQ(surface->GetNumTriangles(), 0);
     EXPECT_GT(surface->GetNumVertexes(), 0);
 }
+
+TEST(FilledPolygonFuzzRegression, RingsBeyondTheExactRangeOfThePredicatesGiveAConsistentSurface)
+{
+    // Found by FilledPolygonFuzzer: rings about 1e299 high and 20 wide, one x
+    // coordinate near 1e-304. Scaled into the triangulator's range, some
+    // orientation tests round, incremental insertion tangled the mesh, and
+    // marking a constrained edge met a neighbour without that edge and
+    // shifted by -1. That neighbour now counts as one that does not point back.
+    const QList<KEZMathSetOfPoints> rings = RawRings(FuzzRegression("FilledPolygonFuzzer", "beyond-exact-range"));
+    ASSERT_EQ(rings.size(), 2);
+    ASSERT_EQ(rings[0].size(), 10);
+    EXPECT_EQ(rings[0][0].GetY(), -8.371160993642713e+298);
+    EXPECT_EQ(rings[0][3].GetX(), 3.19013011107427e-304);
+
+    std::unique_ptr<KEZVisSurfacePrimitive> surface(KEZVisRepFactory::CreateFilledPolygonPrimitive(rings));
+    ASSERT_NE(surface, nullptr);
+    const QList<long> indexes = surface->GetTriangleVertexIndexes();
+    EXPECT_EQ(indexes.size(), 3 * qsizetype(surface->GetNumTriangles()));
+    for (long index : indexes) {
+        EXPECT_GE(index, 0);
+        EXPECT_LT(index, surface->GetNumVertexes());
+    }
+}

@@ -493,14 +493,19 @@ void Sweep::LinkToExisting(int t, int edge, int other)
         tri.constrained = static_cast<std::uint8_t>(tri.constrained | (1u << edge));
 }
 
+// Marks the edge from a to b of t, and of t's neighbour across it, as constrained. A neighbour that
+// does not have the edge (a mesh that rounding in coordinates beyond the predicates' exact range has
+// tangled) is the neighbour that does not point back: the same error ends the step.
 void Sweep::MarkConstrained(int t, int a, int b)
 {
     const int k = IndexOfThird(t, a, b);
+    const int other = k < 0 ? -1 : m_tris[static_cast<std::size_t>(t)].n[k];
+    const int j = other < 0 ? -1 : IndexOfThird(other, a, b);
+    if (k < 0 || (other >= 0 && (j < 0 || IndexOf(other, a) < 0 || IndexOf(other, b) < 0)))
+        throw std::runtime_error(kMissingOppositeError);
     Tri &tri = m_tris[static_cast<std::size_t>(t)];
     tri.constrained = static_cast<std::uint8_t>(tri.constrained | (1u << k));
-    const int other = tri.n[k];
     if (other >= 0) {
-        const int j = IndexOfThird(other, a, b);
         Tri &o = m_tris[static_cast<std::size_t>(other)];
         o.constrained = static_cast<std::uint8_t>(o.constrained | (1u << j));
     }
