@@ -20,6 +20,7 @@
 #include <QMetaType>
 #include <QPointer>
 
+#include "KEZPipeLikeDevice.h"
 #include "KEZTestHelpers.h"
 
 #include <gtest/gtest.h>
@@ -568,29 +569,6 @@ TEST(PolylinePrimitive, ReaderOfHugeCountOnShortStreamFailsWithoutAllocatingForT
 TEST(PolylinePrimitive, ReaderOnSequentialDeviceGrowsWithTheData)
 {
     // A device that cannot tell its size up front takes the chunked path.
-    class SequentialDevice : public QIODevice
-    {
-    public:
-        explicit SequentialDevice(const QByteArray &data)
-            : m_data(data)
-        {
-        }
-        bool isSequential() const override { return true; }
-
-    protected:
-        qint64 readData(char *data, qint64 maxSize) override
-        {
-            const qint64 n = qMin(maxSize, qint64(m_data.size()) - m_offset);
-            std::memcpy(data, m_data.constData() + m_offset, size_t(n));
-            m_offset += n;
-            return n;
-        }
-        qint64 writeData(const char *, qint64) override { return -1; }
-
-    private:
-        QByteArray m_data;
-        qint64 m_offset = 0;
-    };
     StreamBytes bytes;
     bytes.Int32(1).Int32(3000);
     std::vector<Xyz> points;
@@ -598,8 +576,7 @@ TEST(PolylinePrimitive, ReaderOnSequentialDeviceGrowsWithTheData)
         points.push_back({double(i), -double(i), 0.5 * i});
         bytes.Double(i).Double(-double(i)).Double(0.5 * i);
     }
-    SequentialDevice device(bytes.Bytes());
-    device.open(QIODevice::ReadOnly);
+    KEZTest::PipeLikeDevice device(bytes.Bytes());
     QDataStream in(&device);
     KEZVisPolylinePrimitive polyline;
     in >> polyline;
