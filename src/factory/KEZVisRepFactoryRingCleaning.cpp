@@ -12,6 +12,12 @@ namespace {
 // Rings up to this size walk with a plain scan, which is faster there than the grid.
 constexpr int kSmallRing = 32;
 
+// Where the look-ups of a walk have met more than this many points a point, and a few thousand in all,
+// the grid's wide cells are crowded, and it narrows them. Rings sampled at a few thousandths meet some
+// twenty a look-up; a lattice of points a thousandth apart meets hundreds.
+constexpr std::size_t kCrowded = 64;
+constexpr std::size_t kCrowdedAtFirst = 4096;
+
 // Walks over the kept points of a ring and accepts points until one lies within 0.001 in x and in y of a
 // point accepted before: there the walk ends and the rest of the ring is ignored. A repeated first point
 // thus closes the ring, and a ring that revisits a point is cut at that visit. Accepted points become p2t
@@ -76,6 +82,9 @@ void RepeatWalk(WalkedRing &walked, PointArena &arena, PointGrid *grid, bool *ne
         p2t::Point *made = arena.Make(x, y);
         accepted.push_back(made);
         grid->Insert(made, probe);
+        const std::size_t allowance = kCrowded * std::size_t(i + 1) + kCrowdedAtFirst;
+        if (grid->CellScale() != PointGrid::kNarrowCells && grid->Visited() > allowance)
+            grid->Refine();
         if (i + kAhead < size) {
             const KEZMathPoint &ahead = ring[kept[std::size_t(i + kAhead)]];
             grid->FillProbe(ahead.GetX(), ahead.GetY(), probe);

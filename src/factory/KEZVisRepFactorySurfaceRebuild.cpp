@@ -3,6 +3,7 @@
 
 #include "factory/KEZVisRepFactorySurfaceRebuild_p.h"
 #include "factory/KEZVisRepFactory_p.h"
+#include "primitives/KEZVisFlatArrays_p.h"
 
 #include <KEZMathPoint.h>
 
@@ -353,6 +354,7 @@ KEZVisSurfacePrimitive *BuildSurfaceFromTriangles(const MeshPoints &meshPoints, 
 
     const std::vector<const p2t::Point *> &added = keys.Added();
     std::unique_ptr<double[]> coords(new double[3 * vertexCount]);
+    KEZVisFlatArrays::AdviseHugePages(coords.get(), 3 * vertexCount * sizeof(double));
     for (std::size_t i = 0; i < meshCount; ++i) {
         double *v = coords.get() + 3 * i;
         meshPoints[i]->GetCoord(v[0], v[1], v[2]);

@@ -2,6 +2,7 @@
 // corners of its triangles come back as positions in the arena of the call.
 
 #include "factory/KEZVisRepFactoryTriangulation_p.h"
+#include "primitives/KEZVisFlatArrays_p.h"
 #include "triangulation/CDT.h"
 
 #include <climits>
@@ -18,6 +19,7 @@ CornerPositions TriangulateRings(const PointVector &outline, const std::vector<c
     cdt->Triangulate();
     const std::vector<p2t::Triangle *> triangles = cdt->GetTriangles();
     corners.positions.reset(new int[3 * triangles.size()]);
+    KEZVisFlatArrays::AdviseHugePages(corners.positions.get(), 3 * triangles.size() * sizeof(int));
     int *out = corners.positions.get();
     const auto write = [&corners, &arena, &out](const p2t::Point *point) {
         const std::ptrdiff_t position = arena.IndexOf(point);

@@ -6,7 +6,12 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <cstdint>
 #include <vector>
+
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
 
 namespace {
 
@@ -170,6 +175,23 @@ void Narrow(const double *source, qint64 count, float *dest)
 {
     for (qint64 i = 0; i < count; ++i)
         dest[i] = float(source[i]);
+}
+
+void AdviseHugePages(void *array, std::size_t bytes)
+{
+#if defined(__linux__) && defined(MADV_HUGEPAGE)
+    constexpr std::size_t kLarge = std::size_t(4) << 20;
+    constexpr std::uintptr_t kPage = 4096;
+    if (array == nullptr || bytes < kLarge)
+        return;
+    // The advice covers whole pages inside the array only, so that no memory next to it is touched.
+    const auto begin = (reinterpret_cast<std::uintptr_t>(array) + kPage - 1) & ~(kPage - 1);
+    const auto end = (reinterpret_cast<std::uintptr_t>(array) + bytes) & ~(kPage - 1);
+    madvise(reinterpret_cast<void *>(begin), end - begin, MADV_HUGEPAGE);
+#else
+    Q_UNUSED(array);
+    Q_UNUSED(bytes);
+#endif
 }
 
 void WriteDoubles(QDataStream &stream, const double *values, qint64 count)

@@ -14,6 +14,7 @@
 #include <QDataStream>
 #include <QtGlobal>
 
+#include <cstddef>
 #include <memory>
 
 namespace KEZVisFlatArrays {
@@ -25,6 +26,13 @@ KEZMathBoundingBox BoundingBox(const double *coords, qint64 numPoints);
 
 // dest[i] = float(source[i]) for count values.
 void Narrow(const double *source, qint64 count, float *dest);
+
+// Asks the kernel to back the whole 2 MiB pages inside a fresh array of 4 MiB
+// or more with huge pages, where it gives them on request. Meshes of a million
+// triangles write tens of megabytes of new arrays, and with small pages a page
+// fault for every 4 KiB costs more than the writing. Only a hint: nothing else
+// changes, and smaller arrays or other systems are left as they are.
+void AdviseHugePages(void *array, std::size_t bytes);
 
 // Writes count values as `stream << double(v)` would, one after the other.
 void WriteDoubles(QDataStream &stream, const double *values, qint64 count);

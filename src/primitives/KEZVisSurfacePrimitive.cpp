@@ -46,6 +46,7 @@ void KEZVisSurfacePrimitivePrivate::ComputeNormals()
     }
     const size_t count = 3 * size_t(numTriangles);
     triangleNormals.reset(new double[count]);
+    KEZVisFlatArrays::AdviseHugePages(triangleNormals.get(), count * sizeof(double));
     const double *coords = vertexCoords.get();
     const int *indexes = triangleVertexes.get();
     double *normals = triangleNormals.get();

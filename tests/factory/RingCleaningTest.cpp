@@ -276,25 +276,25 @@ TEST(RingCleaningTest, SimplifyRingOfAnEmptyRingKeepsNothing)
 // PointGrid: every entered point closer than 0.001 on each axis is offered to the predicate
 
 // True if the grid, holding only `entered`, offers it to a query at (x, y).
-bool Offered(const p2t::Point &entered, double x, double y)
+bool Offered(const p2t::Point &entered, double x, double y, int cellScale = PointGrid::kWideCells)
 {
-    PointGrid grid(4);
+    PointGrid grid(4, cellScale);
     grid.Insert(&entered, grid.MakeProbe(entered.x, entered.y));
     return grid.Any(x, y, [&entered](const p2t::Point &point) { return &point == &entered; });
 }
 
-TEST(RingCleaningTest, TheGridOffersAPartnerAcrossEveryCellBoundaryNearby)
+// Points on both sides of the cell boundaries near `bases`, with partners just under 0.001 away on each
+// axis: the grid must offer every one.
+void ExpectPartnersOfferedAround(std::initializer_list<double> bases, int cellScale)
 {
-    // Cells are 0.004 wide: points on both sides of the boundaries at k * 0.004, near zero, on the
-    // negative side and far out, with partners just under 0.001 away on each axis.
     int checked = 0;
-    for (double base : {0.0, -0.004, 0.004, -1.0, 123.456, -98765.432, 4e6}) {
+    for (double base : bases) {
         for (double shift = -0.0012; shift <= 0.0012; shift += 0.0001) {
             const double v = base + shift;
             const p2t::Point entered(v, -v);
             for (double dx : {-0.000999, -0.0005, 0.0, 0.0005, 0.000999}) {
                 for (double dy : {-0.000999, 0.0, 0.000999}) {
-                    EXPECT_TRUE(Offered(entered, v + dx, -v + dy)) << v << " " << dx << " " << dy;
+                    EXPECT_TRUE(Offered(entered, v + dx, -v + dy, cellScale)) << v << " " << dx << " " << dy;
                     ++checked;
                 }
             }
@@ -303,13 +303,47 @@ TEST(RingCleaningTest, TheGridOffersAPartnerAcrossEveryCellBoundaryNearby)
     EXPECT_GT(checked, 1000);
 }
 
+TEST(RingCleaningTest, TheGridOffersAPartnerAcrossEveryNarrowCellBoundaryNearby)
+{
+    // Narrow cells are 0.004 wide: boundaries at k * 0.004, near zero, on the negative side and far out.
+    ExpectPartnersOfferedAround({0.0, -0.004, 0.004, -1.0, 123.456, -98765.432, 4e6}, PointGrid::kNarrowCells);
+}
+
+TEST(RingCleaningTest, TheGridOffersAPartnerAcrossEveryWideCellBoundaryNearby)
+{
+    // Wide cells are 0.032 wide: boundaries at k * 0.032, and the narrow ones' between them.
+    ExpectPartnersOfferedAround({0.0, -0.032, 0.032, -0.004, 0.012, -1.024, 123.456, -98765.44, 4e6, 3.2e7},
+                                PointGrid::kWideCells);
+}
+
 TEST(RingCleaningTest, TheGridOffersAPartnerBeyondTheFineRange)
 {
     // Beyond 2^40 cells the grid looks at both neighbouring cells whatever the position in the cell.
-    const double far = 0x1p40 / 250.0 * 3.0;
-    const p2t::Point entered(far, far);
-    EXPECT_TRUE(Offered(entered, std::nextafter(far, 0.0), std::nextafter(far, 1e300)));
-    EXPECT_TRUE(Offered(entered, far, far));
+    for (int cellScale : {PointGrid::kNarrowCells, PointGrid::kWideCells}) {
+        const double far = 0x1p40 / 250.0 * cellScale * 3.0;
+        const p2t::Point entered(far, far);
+        EXPECT_TRUE(Offered(entered, std::nextafter(far, 0.0), std::nextafter(far, 1e300), cellScale)) << cellScale;
+        EXPECT_TRUE(Offered(entered, far, far, cellScale)) << cellScale;
+    }
+}
+
+TEST(RingCleaningTest, ARefinedGridStillOffersEveryPointEnteredBefore)
+{
+    PointGrid grid(4);
+    std::vector<p2t::Point> points;
+    for (int i = 0; i < 200; ++i)
+        points.emplace_back(0.0123 * i, -0.0071 * i);
+    for (const p2t::Point &point : points)
+        grid.Insert(&point, grid.MakeProbe(point.x, point.y));
+    // A probe made before the grid narrowed its cells is worked out again where it is used.
+    const PointGrid::Probe early = grid.MakeProbe(points[150].x + 0.0009, points[150].y - 0.0009);
+    grid.Refine();
+    ASSERT_EQ(grid.CellScale(), PointGrid::kNarrowCells);
+    for (const p2t::Point &point : points) {
+        const double x = point.x - 0.000999, y = point.y + 0.000999;
+        EXPECT_TRUE(grid.Any(x, y, [&point](const p2t::Point &offered) { return &offered == &point; })) << point.x;
+    }
+    EXPECT_TRUE(grid.Any(early, [&points](const p2t::Point &offered) { return &offered == &points[150]; }));
 }
 
 TEST(RingCleaningTest, TheGridNeverOffersAPointThatIsNotFinite)
@@ -366,6 +400,106 @@ TEST(RingCleaningTest, AWalkCutAtARepeatJudgesOnlyThePointsBeforeTheCut)
     // (0.0009, 0.0002) repeats the first point: the walk ends there, and the points it accepted are far
     // apart.
     EXPECT_TRUE(KeysDistinct({P(0, 0), P(1, 0), P(1, 1), P(0.0009, 0.0002), P(0.5, 0.5)}));
+}
+
+// ---------------------------------------------------------------------------
+// CleanRings: the repeat walk, whatever the cells of its grid
+
+// The walk's rule written out: the number of kept points before the first one that lies within 0.001 in
+// x and in y of an earlier one.
+std::size_t AcceptedByTheRule(const KEZMathSetOfPoints &ring)
+{
+    const std::vector<qsizetype> kept = Kept(ring);
+    for (std::size_t i = 0; i < kept.size(); ++i) {
+        const KEZMathPoint &p = ring.at(kept[i]);
+        for (std::size_t j = 0; j < i; ++j) {
+            const KEZMathPoint &q = ring.at(kept[j]);
+            if (std::abs(p.GetX() - q.GetX()) < 0.001 && std::abs(p.GetY() - q.GetY()) < 0.001)
+                return i;
+        }
+    }
+    return kept.size();
+}
+
+// A ring that zigzags along the rows of a lattice 0.0011 apart in x and 0.0015 in y, no two of its points
+// closer than 0.001 on both axes and no three on a line: thousands of its points share a wide cell.
+KEZMathSetOfPoints Lattice(int rows, int columns)
+{
+    KEZMathSetOfPoints ring;
+    for (int row = 0; row < rows; ++row) {
+        for (int k = 0; k < columns; ++k) {
+            const int column = row % 2 == 0 ? k : columns - 1 - k;
+            ring.append(P(column * 0.0011, row * 0.0015 + (k % 2) * 0.0003));
+        }
+    }
+    return ring;
+}
+
+struct Walked
+{
+    std::size_t accepted;
+    int cellScale;
+};
+
+Walked WalkOutline(const KEZMathSetOfPoints &outline)
+{
+    const QList<KEZMathSetOfPoints> rings{outline};
+    CleanedRings cleaned{std::size_t(outline.size())};
+    CleanRings(rings, cleaned);
+    return Walked{cleaned.outline.points.size(), cleaned.outlineGrid.CellScale()};
+}
+
+TEST(RingCleaningTest, ARingOfPointsFarApartIsWalkedInWideCells)
+{
+    KEZMathSetOfPoints ring;
+    for (int k = 0; k < 5000; ++k) {
+        const double angle = 2.0 * std::acos(-1.0) * k / 5000;
+        ring.append(P(250.0 * std::cos(angle), 125.0 * std::sin(angle)));
+    }
+    const Walked walked = WalkOutline(ring);
+    EXPECT_EQ(walked.accepted, std::size_t(5000));
+    EXPECT_EQ(walked.cellScale, PointGrid::kWideCells);
+}
+
+TEST(RingCleaningTest, ACrowdedRingNarrowsTheCellsAndAcceptsWhatTheRuleAccepts)
+{
+    const KEZMathSetOfPoints ring = Lattice(60, 60);
+    const Walked walked = WalkOutline(ring);
+    EXPECT_EQ(walked.accepted, AcceptedByTheRule(ring));
+    EXPECT_EQ(walked.accepted, std::size_t(3600));
+    EXPECT_EQ(walked.cellScale, PointGrid::kNarrowCells);
+}
+
+TEST(RingCleaningTest, ARepeatAfterTheCellsNarrowedEndsTheWalkWhereTheRuleEndsIt)
+{
+    KEZMathSetOfPoints ring = Lattice(60, 60);
+    ring.append(P(30 * 0.0011 + 0.0004, 40 * 0.0015 - 0.0006)); // near the lattice point of row 40, column 30
+    ring.append(P(-1.0, 2.0));
+    const Walked walked = WalkOutline(ring);
+    EXPECT_EQ(walked.accepted, std::size_t(3600));
+    EXPECT_EQ(walked.accepted, AcceptedByTheRule(ring));
+    EXPECT_EQ(walked.cellScale, PointGrid::kNarrowCells);
+}
+
+TEST(RingCleaningTest, RandomRingsWithRepeatsEndWhereTheRuleEndsThem)
+{
+    std::mt19937 random(2026);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    int cut = 0;
+    for (int t = 0; t < 60; ++t) {
+        // Points spread over a square of side 0.05 to 50, so that some rings have near pairs and some
+        // crowd the wide cells.
+        const double side = 0.05 * std::pow(10.0, 3.0 * unit(random));
+        KEZMathSetOfPoints ring;
+        const int count = 40 + int(unit(random) * 400);
+        for (int k = 0; k < count; ++k)
+            ring.append(P(side * unit(random), side * unit(random)));
+        const std::size_t expected = AcceptedByTheRule(ring);
+        EXPECT_EQ(WalkOutline(ring).accepted, expected) << t;
+        cut += expected < Kept(ring).size() ? 1 : 0;
+    }
+    EXPECT_GT(cut, 10);
+    EXPECT_LT(cut, 55);
 }
 
 } // namespace
