@@ -432,6 +432,24 @@ TEST(Triangulator, TinyHugeAndFarAwayPolygonsGiveValidTriangulations)
     }
 }
 
+TEST(Triangulator, StarsOfThousandsOfPointsGiveTheSameMeshAtEveryScale)
+{
+    // Enough points for the sorts of the vertices to take their radix path, over extents from 2^-900
+    // to 2^1000 (further down, coordinates near the axes would lose bits to the subnormal range):
+    // sorting by buckets of the coordinates must give the order of the coordinates at any scale.
+    const Polygon star = Star(3000, 17);
+    const Result unit = Triangulate(star);
+    ASSERT_EQ(unit.triangles.size(), star.outline.size() - 2);
+    for (double scale : {std::ldexp(1.0, -900), std::ldexp(1.0, -40), std::ldexp(1.0, 50), std::ldexp(1.0, 1000)}) {
+        const Result result = Triangulate(Transformed(star, scale, 0, 0));
+        std::vector<Tri> back;
+        for (const Tri &t : result.triangles)
+            back.push_back({Pt{t[0].x / scale, t[0].y / scale}, Pt{t[1].x / scale, t[1].y / scale},
+                            Pt{t[2].x / scale, t[2].y / scale}});
+        EXPECT_EQ(AsSet(back), AsSet(unit.triangles)) << scale;
+    }
+}
+
 // ---------------------------------------------------------------------------------------------
 // Failure handling
 
@@ -1020,6 +1038,41 @@ TEST(TriangulatorConvexOutline, TakesExactlyStraightRunsAlongTheOutline)
         EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
         const Result again = Triangulate(polygon);
         EXPECT_TRUE(result.triangles == again.triangles);
+    }
+}
+
+TEST(Triangulator, ThousandsOfPointsSharingOneCoordinateAreSortedLikeAnyOthers)
+{
+    // A square with 4,500 points along each edge: each side has more points on one x or one y than
+    // the sorts put in one bucket, so they sort those points by their coordinates instead.
+    const Polygon polygon = SquareWithIntegerPointsAlongItsEdges(4500);
+    const Result result = Triangulate(polygon);
+    EXPECT_EQ(result.triangles.size(), polygon.outline.size() - 2);
+    EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+}
+
+TEST(Triangulator, ThousandsOfPointsInOneBucketOfTheSortsAreSortedByTheirCoordinates)
+{
+    // A left side of 5,000 points that zigzags within a millionth in x, and a right side a million
+    // away: the buckets of the sorts are some thirty wide, so the left side's points, all of them on
+    // different x but for those on the axis, fall into one bucket and are sorted by their coordinates.
+    // A hole of one point repeats a point of the zigzag: only a correct order brings the two together,
+    // and they become one vertex.
+    Polygon polygon;
+    for (int k = 0; k < 5000; ++k)
+        polygon.outline.push_back({k % 2 == 0 ? 0.0 : 1e-10 * k, double(k)});
+    polygon.outline.push_back({1e6, 4999.0});
+    polygon.outline.push_back({1e6, 0.0});
+    Polygon withRepeat = polygon;
+    withRepeat.holes.push_back({polygon.outline[2501]});
+    ScopedHooks scoped;
+    for (const Insertion insertion : {Insertion::Automatic, Insertion::SweepOnly}) {
+        scoped.hooks.insertion = insertion;
+        const Result result = Triangulate(polygon);
+        EXPECT_EQ(result.triangles.size(), polygon.outline.size() - 2) << int(insertion);
+        EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles)) << int(insertion);
+        const Result merged = Triangulate(withRepeat);
+        EXPECT_EQ(AsSet(merged.triangles), AsSet(result.triangles)) << int(insertion);
     }
 }
 

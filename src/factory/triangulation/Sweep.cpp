@@ -39,6 +39,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <numeric>
 #include <stdexcept>
 #include <utility>
@@ -125,18 +126,54 @@ struct KeyedInput
 {
     std::uint64_t x, y;
     int order;
+    std::uint32_t bucket; // of x, see Quantizer
 };
 
 struct PositionedKey
 {
     std::uint64_t key;
     int position;
+    std::uint32_t bucket; // of the coordinate behind the key, see Quantizer
 };
 
-// Sorts items stably by key(item), an unsigned 64-bit key: a least significant digit radix sort with
-// 11-bit digits, skipping digits that all items share; small arrays go to std::stable_sort.
+// Maps the doubles of [lo, hi] onto the buckets 0 to 2^bits - 1, never to a smaller bucket for a larger
+// value: each operation below rounds monotonically. The halves keep hi - lo finite.
+class Quantizer
+{
+public:
+    Quantizer(double lo, double hi, int bits) : m_lowHalf(lo / 2), m_top((std::uint32_t(1) << bits) - 1)
+    {
+        const double span = hi / 2 - lo / 2;
+        m_scale = span > 0 ? double(m_top) / span : 0.0;
+    }
+
+    std::uint32_t operator()(double v) const
+    {
+        const double q = (v / 2 - m_lowHalf) * m_scale; // NaN only for 0 * infinity, at v = lo
+        return q >= double(m_top) ? m_top : q > 0 ? std::uint32_t(q) : 0;
+    }
+
+private:
+    double m_lowHalf;
+    double m_scale = 0.0;
+    std::uint32_t m_top;
+};
+
+// Buckets for n items: about four a point, and at least 2^11, at most 2^22, so that sorting by bucket
+// takes two passes of the radix sort.
+int BucketBits(std::size_t n)
+{
+    int bits = 2;
+    while (bits < 22 && (std::size_t(1) << bits) < 4 * n)
+        ++bits;
+    return std::max(bits, 11);
+}
+
+// Sorts items stably by key(item), an unsigned key of at most `keyBits` bits: a least significant digit
+// radix sort with 11-bit digits, skipping digits that all items share; small arrays go to
+// std::stable_sort.
 template <typename Item, typename Key>
-void SortByKey(LargeVector<Item> &items, Key key)
+void SortByKey(LargeVector<Item> &items, Key key, int keyBits = 64)
 {
     const std::size_t size = items.size();
     if (size < 512) {
@@ -146,15 +183,17 @@ void SortByKey(LargeVector<Item> &items, Key key)
     }
     constexpr int kBits = 11;
     constexpr std::size_t kBuckets = std::size_t(1) << kBits;
-    constexpr int kPasses = (64 + kBits - 1) / kBits;
-    std::vector<std::uint32_t> counts(kBuckets * kPasses, 0);
+    // Only the digits that a key can have: counting a digit that is zero in every key would add one to
+    // the same counter for every item, a chain of dependent writes.
+    const int passes = (keyBits + kBits - 1) / kBits;
+    std::vector<std::uint32_t> counts(kBuckets * static_cast<std::size_t>(passes), 0);
     for (const Item &item : items) {
         const std::uint64_t k = key(item);
-        for (int pass = 0; pass < kPasses; ++pass)
+        for (int pass = 0; pass < passes; ++pass)
             ++counts[static_cast<std::size_t>(pass) * kBuckets + ((k >> (pass * kBits)) & (kBuckets - 1))];
     }
     LargeVector<Item> buffer(size);
-    for (int pass = 0; pass < kPasses; ++pass) {
+    for (int pass = 0; pass < passes; ++pass) {
         std::uint32_t *count = counts.data() + static_cast<std::size_t>(pass) * kBuckets;
         const int shift = pass * kBits;
         if (count[(key(items[0]) >> shift) & (kBuckets - 1)] == size)
@@ -169,6 +208,37 @@ void SortByKey(LargeVector<Item> &items, Key key)
             buffer[count[(key(item) >> shift) & (kBuckets - 1)]++] = item;
         items.swap(buffer);
     }
+}
+
+// Sorts items by `less`, a strict total order whose first criterion is `primary`, an unsigned 64-bit key.
+// Where `bucket` (a map into at most 22 bits that never decreases along `less`) spreads the items, a
+// radix sort by bucket takes two passes instead of one for each 11 bits in which the primary keys
+// differ, and the few items that share a bucket are sorted by `less`. Where some bucket holds more than
+// a few thousand items, as where many points share a coordinate, the items are sorted by their primary
+// keys instead, and the runs of equal primary keys by `less`. Either way the result is the one order.
+template <typename Item, typename Primary, typename Bucket, typename Less>
+void SortByPrimaryKey(LargeVector<Item> &items, Primary primary, Bucket bucket, Less less)
+{
+    constexpr std::ptrdiff_t kLongRun = 4096;
+    const auto sortRuns = [&items, &less](auto same, std::ptrdiff_t longest) {
+        for (auto run = items.begin(); run != items.end();) {
+            auto runEnd = run + 1;
+            while (runEnd != items.end() && same(*run, *runEnd))
+                ++runEnd;
+            if (runEnd - run > longest)
+                return false;
+            if (runEnd - run > 1)
+                std::sort(run, runEnd, less);
+            run = runEnd;
+        }
+        return true;
+    };
+    SortByKey(items, [&bucket](const Item &item) { return std::uint64_t(bucket(item)); }, 22);
+    if (sortRuns([&bucket](const Item &a, const Item &b) { return bucket(a) == bucket(b); }, kLongRun))
+        return;
+    SortByKey(items, primary);
+    sortRuns([&primary](const Item &a, const Item &b) { return primary(a) == primary(b); },
+             std::numeric_limits<std::ptrdiff_t>::max());
 }
 
 } // namespace
@@ -216,21 +286,21 @@ bool Sweep::Prepare()
 
     // Merge identical coordinates. The first input point of a group represents it. The points are
     // sorted by (x, y, input order) as integer keys that order like the coordinates, in a contiguous
-    // array: a stable radix sort by x, then each run of equal x by y (these runs are short unless
-    // many points share an x, as along a vertical edge).
+    // array.
+    double lowX = inputs[0].x, highX = inputs[0].x;
+    for (const Input &in : inputs) {
+        lowX = std::min(lowX, in.x);
+        highX = std::max(highX, in.x);
+    }
+    const Quantizer bucketOfX(lowX, highX, BucketBits(inputs.size()));
     LargeVector<KeyedInput> byX(inputs.size());
     for (std::size_t k = 0; k < inputs.size(); ++k)
-        byX[k] = {OrderedKey(inputs[k].x), OrderedKey(inputs[k].y), static_cast<int>(k)};
-    SortByKey(byX, [](const KeyedInput &in) { return in.x; });
-    for (auto run = byX.begin(); run != byX.end();) {
-        const auto runEnd = std::find_if(run + 1, byX.end(),
-                                         [x = run->x](const KeyedInput &in) { return in.x != x; });
-        if (runEnd - run > 1)
-            std::sort(run, runEnd, [](const KeyedInput &a, const KeyedInput &b) {
-                return a.y != b.y ? a.y < b.y : a.order < b.order;
-            });
-        run = runEnd;
-    }
+        byX[k] = {OrderedKey(inputs[k].x), OrderedKey(inputs[k].y), static_cast<int>(k), bucketOfX(inputs[k].x)};
+    SortByPrimaryKey(
+        byX, [](const KeyedInput &in) { return in.x; }, [](const KeyedInput &in) { return in.bucket; },
+        [](const KeyedInput &a, const KeyedInput &b) {
+            return a.x != b.x ? a.x < b.x : a.y != b.y ? a.y < b.y : a.order < b.order;
+        });
     LargeVector<int> xPositionOfInput(inputs.size());
     LargeVector<Input> unique; // one per position in x order, with its representative input point
     LargeVector<std::uint64_t> uniqueYKeys;
@@ -253,12 +323,23 @@ bool Sweep::Prepare()
 
     // Vertices are numbered in sweep order (y, then x), which keeps the mesh's neighbours close in
     // memory; the front index works on the rank in x (then y). The positions are in x order already,
-    // so a stable sort by y alone gives the sweep order.
+    // so the order of (y, position) is the sweep order.
+    double lowY = unique[0].y, highY = unique[0].y;
+    for (const Input &in : unique) {
+        lowY = std::min(lowY, in.y);
+        highY = std::max(highY, in.y);
+    }
+    const Quantizer bucketOfY(lowY, highY, BucketBits(unique.size()));
     LargeVector<PositionedKey> swept(static_cast<std::size_t>(m_count));
     for (int k = 0; k < m_count; ++k)
-        swept[static_cast<std::size_t>(k)] = {uniqueYKeys[static_cast<std::size_t>(k)], k};
+        swept[static_cast<std::size_t>(k)] = {uniqueYKeys[static_cast<std::size_t>(k)], k,
+                                              bucketOfY(unique[static_cast<std::size_t>(k)].y)};
     LargeVector<std::uint64_t>().swap(uniqueYKeys);
-    SortByKey(swept, [](const PositionedKey &s) { return s.key; });
+    SortByPrimaryKey(
+        swept, [](const PositionedKey &s) { return s.key; }, [](const PositionedKey &s) { return s.bucket; },
+        [](const PositionedKey &a, const PositionedKey &b) {
+            return a.key != b.key ? a.key < b.key : a.position < b.position;
+        });
     LargeVector<int> sweepOrder(static_cast<std::size_t>(m_count));
     for (int v = 0; v < m_count; ++v)
         sweepOrder[static_cast<std::size_t>(v)] = swept[static_cast<std::size_t>(v)].position;
