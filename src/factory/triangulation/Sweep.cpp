@@ -159,6 +159,18 @@ private:
     std::uint32_t m_top;
 };
 
+// The lowest and highest value of a coordinate of the items.
+template <typename Item>
+std::pair<double, double> RangeOf(const LargeVector<Item> &items, double Item::*coordinate)
+{
+    double low = items.front().*coordinate, high = low;
+    for (const Item &item : items) {
+        low = std::min(low, item.*coordinate);
+        high = std::max(high, item.*coordinate);
+    }
+    return {low, high};
+}
+
 // Buckets for n items: about four a point, and at least 2^11, at most 2^22, so that sorting by bucket
 // takes two passes of the radix sort.
 int BucketBits(std::size_t n)
@@ -287,15 +299,13 @@ bool Sweep::Prepare()
     // Merge identical coordinates. The first input point of a group represents it. The points are
     // sorted by (x, y, input order) as integer keys that order like the coordinates, in a contiguous
     // array.
-    double lowX = inputs[0].x, highX = inputs[0].x;
-    for (const Input &in : inputs) {
-        lowX = std::min(lowX, in.x);
-        highX = std::max(highX, in.x);
-    }
+    const auto [lowX, highX] = RangeOf(inputs, &Input::x);
     const Quantizer bucketOfX(lowX, highX, BucketBits(inputs.size()));
     LargeVector<KeyedInput> byX(inputs.size());
-    for (std::size_t k = 0; k < inputs.size(); ++k)
-        byX[k] = {OrderedKey(inputs[k].x), OrderedKey(inputs[k].y), static_cast<int>(k), bucketOfX(inputs[k].x)};
+    for (std::size_t k = 0; k < inputs.size(); ++k) {
+        const Input &in = inputs[k];
+        byX[k] = {OrderedKey(in.x), OrderedKey(in.y), static_cast<int>(k), bucketOfX(in.x)};
+    }
     SortByPrimaryKey(
         byX, [](const KeyedInput &in) { return in.x; }, [](const KeyedInput &in) { return in.bucket; },
         [](const KeyedInput &a, const KeyedInput &b) {
@@ -324,11 +334,7 @@ bool Sweep::Prepare()
     // Vertices are numbered in sweep order (y, then x), which keeps the mesh's neighbours close in
     // memory; the front index works on the rank in x (then y). The positions are in x order already,
     // so the order of (y, position) is the sweep order.
-    double lowY = unique[0].y, highY = unique[0].y;
-    for (const Input &in : unique) {
-        lowY = std::min(lowY, in.y);
-        highY = std::max(highY, in.y);
-    }
+    const auto [lowY, highY] = RangeOf(unique, &Input::y);
     const Quantizer bucketOfY(lowY, highY, BucketBits(unique.size()));
     LargeVector<PositionedKey> swept(static_cast<std::size_t>(m_count));
     for (int k = 0; k < m_count; ++k)
