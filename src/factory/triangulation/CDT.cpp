@@ -22,6 +22,7 @@ void CDT::AddHole(const std::vector<Point *> &polyline)
 void CDT::Triangulate()
 {
     m_triangles.clear();
+    const detail::LargeArrayRecycling recycling;
     detail::Sweep sweep(m_rings);
     sweep.Run(m_triangles);
 }

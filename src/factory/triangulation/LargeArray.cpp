@@ -30,6 +30,48 @@ std::size_t MappedSize(std::size_t bytes)
     return (bytes + kPage - 1) / kPage * kPage;
 }
 
+// The arrays kept for reuse by the thread's recycling scopes, at most kMaxKept: their addresses and
+// mapped sizes.
+struct Kept
+{
+    void *address;
+    std::size_t size;
+};
+constexpr std::size_t kMaxKept = 16;
+struct RecyclingBin
+{
+    int depth = 0;
+    std::size_t count = 0;
+    Kept kept[kMaxKept];
+};
+thread_local RecyclingBin t_bin;
+
+void ReleaseKept()
+{
+    for (std::size_t k = 0; k < t_bin.count; ++k)
+        munmap(t_bin.kept[k].address, t_bin.kept[k].size);
+    t_bin.count = 0;
+}
+
+// Takes the smallest kept array that holds size bytes and gives back its part beyond them; answers
+// nullptr where none is large enough.
+void *TakeKept(std::size_t size)
+{
+    std::size_t best = t_bin.count;
+    for (std::size_t k = 0; k < t_bin.count; ++k) {
+        const std::size_t candidate = t_bin.kept[k].size;
+        if (candidate >= size && (best == t_bin.count || candidate < t_bin.kept[best].size))
+            best = k;
+    }
+    if (best == t_bin.count)
+        return nullptr;
+    const Kept taken = t_bin.kept[best];
+    t_bin.kept[best] = t_bin.kept[--t_bin.count];
+    if (taken.size > size)
+        munmap(static_cast<char *>(taken.address) + size, taken.size - size);
+    return taken.address;
+}
+
 } // namespace
 
 // Maps a huge page more than needed and unmaps what lies before the first 2 MiB boundary and after
@@ -40,6 +82,11 @@ void *AllocateLarge(std::size_t bytes)
     const std::size_t size = MappedSize(bytes);
     if (size < bytes || size > ~std::size_t(0) - kHugePage)
         throw std::bad_alloc();
+    if (t_bin.depth > 0) {
+        if (void *reused = TakeKept(size))
+            return reused;
+        ReleaseKept();
+    }
     const std::size_t reserved = size + kHugePage;
     void *mapped = mmap(nullptr, reserved, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (mapped == MAP_FAILED)
@@ -59,8 +106,42 @@ void *AllocateLarge(std::size_t bytes)
 
 void FreeLarge(void *p, std::size_t bytes)
 {
-    if (p)
-        munmap(p, MappedSize(bytes));
+    if (!p)
+        return;
+    if (t_bin.depth > 0 && t_bin.count < kMaxKept) {
+        t_bin.kept[t_bin.count++] = Kept{p, MappedSize(bytes)};
+        return;
+    }
+    munmap(p, MappedSize(bytes));
+}
+
+LargeArrayRecycling::LargeArrayRecycling()
+{
+    ++t_bin.depth;
+}
+
+LargeArrayRecycling::~LargeArrayRecycling()
+{
+    if (--t_bin.depth == 0)
+        ReleaseKept();
+}
+
+bool LargeArrayRecycling::Recycles()
+{
+    return true;
+}
+
+std::size_t LargeArrayRecycling::KeptArrays()
+{
+    return t_bin.count;
+}
+
+std::size_t LargeArrayRecycling::KeptBytes()
+{
+    std::size_t bytes = 0;
+    for (std::size_t k = 0; k < t_bin.count; ++k)
+        bytes += t_bin.kept[k].size;
+    return bytes;
 }
 #else
 void *AllocateLarge(std::size_t bytes)
@@ -71,6 +152,25 @@ void *AllocateLarge(std::size_t bytes)
 void FreeLarge(void *p, std::size_t)
 {
     ::operator delete(p);
+}
+
+// Without mapped arrays (under AddressSanitizer, which then watches them, or off Linux) nothing is kept.
+LargeArrayRecycling::LargeArrayRecycling() = default;
+LargeArrayRecycling::~LargeArrayRecycling() = default;
+
+bool LargeArrayRecycling::Recycles()
+{
+    return false;
+}
+
+std::size_t LargeArrayRecycling::KeptArrays()
+{
+    return 0;
+}
+
+std::size_t LargeArrayRecycling::KeptBytes()
+{
+    return 0;
 }
 #endif
 
