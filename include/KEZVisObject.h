@@ -29,7 +29,9 @@ class KEZVisRep;
     leaves every list and set of that environment and ObjectRemoved() goes out.
 
     Every notification follows one order: the specific signal first, then
-    ChangeOccurred() with the one bit of ChangeType that names the change.
+    ChangeOccurred() with the one bit of ChangeType that names the change. A
+    listener of the specific signal may delete the object: ChangeOccurred()
+    then doesn't go out, and the environment carries on without the object.
 
     The selection state has no public setter: the environment's selection
     operations write it, through the private record.

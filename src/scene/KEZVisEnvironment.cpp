@@ -16,6 +16,8 @@
 #include "KEZMathZeroMagnitudeVectorException.h"
 #include "KEZSysException.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 #include <cstdint>
 #include <functional>
@@ -206,6 +208,8 @@ void KEZVisEnvironmentPrivate::ObjectDestroyed(const KEZVisEnvironment *environm
     removeIfPresent(d->preselection, object);
     removeIfPresent(d->pendingAdditions, object);
     removeIfPresent(d->pendingRemovals, object);
+    for (QSet<KEZVisObject *> *entering : d->enteringPreselection)
+        removeIfPresent(*entering, object);
     ++d->pendingShrinks;
     emit q->ObjectRemoved(object);
 }
@@ -222,6 +226,8 @@ void KEZVisEnvironmentPrivate::HeldObjectDestroyed(const KEZVisEnvironment *envi
     removeIfPresent(d->preselection, object);
     removeIfPresent(d->pendingAdditions, object);
     removeIfPresent(d->pendingRemovals, object);
+    for (QSet<KEZVisObject *> *entering : d->enteringPreselection)
+        removeIfPresent(*entering, object);
     ++d->pendingShrinks;
 }
 
@@ -901,16 +907,21 @@ void KEZVisEnvironment::SetPreselectedVisualization(const QSet<KEZVisObject *> &
     for (KEZVisObject *object : std::as_const(incoming))
         d->NoteHolding(object);
 
+    // The state signals run listeners that may destroy objects: a death takes
+    // the object out of the live preselection and out of `incoming`, and the
+    // loops walk shared copies.
+    d->enteringPreselection.push_back(&incoming);
+    const auto stopWatchingIncoming = qScopeGuard([d] { d->enteringPreselection.pop_back(); });
     const QSet<KEZVisObject *> previous = d->preselection;
     for (KEZVisObject *object : previous) {
-        // An object destroyed by a listener meanwhile has left the live set.
         if (incoming.contains(object) || !d->preselection.contains(object))
             continue;
         KEZVisObjectPrivate::get(object)->SetSelectionState(
             d->Selection().contains(object) ? KEZVisObject::Selected : KEZVisObject::NotSelected);
     }
-    for (KEZVisObject *object : std::as_const(incoming)) {
-        if (!previous.contains(object))
+    const QSet<KEZVisObject *> entering = incoming;
+    for (KEZVisObject *object : entering) {
+        if (!previous.contains(object) && incoming.contains(object))
             KEZVisObjectPrivate::get(object)->SetSelectionState(KEZVisObject::PreSelected);
     }
     if (d->preselection == incoming)

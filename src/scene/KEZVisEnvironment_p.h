@@ -100,6 +100,13 @@ public:
         snapshot is still pending, without a lookup per object.
     */
     quint64 pendingShrinks = 0;
+    /*
+        The sets of objects entering the preselection of the
+        SetPreselectedVisualization calls under way, innermost last: a death
+        takes the object out of each of them too, so that a listener that
+        destroys an object entering the preselection doesn't leave it there.
+    */
+    std::vector<QSet<KEZVisObject *> *> enteringPreselection;
     int batchCount = 0;
     int batchSelectionCount = 0;
     KEZVisEnvironmentBatchContext *selectionScope = nullptr;  // owned

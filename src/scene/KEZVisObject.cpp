@@ -52,8 +52,8 @@ void KEZVisObjectPrivate::SetSelectionState(KEZVisObject::SelectionState state)
     if (selectionState == state)
         return;
     selectionState = state;
-    emit q_ptr->SelectionStateChanged(state);
-    emit q_ptr->ChangeOccurred(KEZVisObject::SelectionStateChange);
+    KEZVisObject *q = q_ptr;
+    EmitChange(q, [q, state] { emit q->SelectionStateChanged(state); }, KEZVisObject::SelectionStateChange);
 }
 
 KEZVisObject::KEZVisObject(const KEZVisEnvironment *environment, QObject *parent)
@@ -71,6 +71,7 @@ KEZVisObject::KEZVisObject(KEZVisObjectPrivate *d, QObject *parent)
 KEZVisObject::~KEZVisObject()
 {
     objectDeaths.fetch_add(1, std::memory_order_relaxed);
+    KEZVisObjectPrivate::DeathWatch::NoteDeath(d_ptr);
     d_ptr->dying = true;
     // The environment learns of the death first, while the record (and with it
     // the rep) is still there for listeners of ObjectRemoved.
@@ -138,6 +139,5 @@ void KEZVisObject::UpdateRep(const KEZVisRep *rep)
         d->rep = rep;
         delete old;
     }
-    emit RepChanged(rep);
-    emit ChangeOccurred(RepChange);
+    KEZVisObjectPrivate::EmitChange(this, [this, rep] { emit RepChanged(rep); }, RepChange);
 }

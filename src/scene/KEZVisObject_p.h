@@ -39,6 +39,57 @@ public:
     */
     static quint64 DeathCount();
 
+    /*
+        Emits ChangeOccurred(change) on object after emitSpecific() has sent
+        the specific signal of the change, unless a listener of that signal
+        destroyed the object meanwhile: then nothing more goes out, and nothing
+        touches the object again.
+    */
+    template <typename EmitSpecific>
+    static void EmitChange(KEZVisObject *object, EmitSpecific emitSpecific, KEZVisObject::ChangeType change)
+    {
+        const DeathWatch watch(get(object));
+        emitSpecific();
+        if (!watch.Died())
+            emit object->ChangeOccurred(change);
+    }
+
+    /*
+        Tells whether an object outlives a call: a record on the stack that the
+        object's destructor marks. The records of an object chain from its
+        private record, innermost first, so that neither a QPointer's tracking
+        block nor thread-local storage is needed.
+    */
+    class DeathWatch
+    {
+    public:
+        explicit DeathWatch(KEZVisObjectPrivate *d)
+            : m_d(d)
+            , m_outer(d->deathWatch)
+        {
+            d->deathWatch = this;
+        }
+        ~DeathWatch()
+        {
+            if (!m_died)
+                m_d->deathWatch = m_outer;
+        }
+        DeathWatch(const DeathWatch &) = delete;
+        DeathWatch &operator=(const DeathWatch &) = delete;
+        bool Died() const { return m_died; }
+        // Marks every record that watches the object of d, which is dying.
+        static void NoteDeath(KEZVisObjectPrivate *d)
+        {
+            for (DeathWatch *watch = d->deathWatch; watch; watch = watch->m_outer)
+                watch->m_died = true;
+        }
+
+    private:
+        KEZVisObjectPrivate *m_d;
+        DeathWatch *m_outer;
+        bool m_died = false;
+    };
+
     // The fields that adding, removing and commits read come first, so that
     // in large scenes those operations touch a single cache line of the record.
     KEZVisObject *q_ptr;
@@ -70,6 +121,8 @@ public:
         index in this record, which is about to go.
     */
     bool dying = false;
+    // The innermost record watching for the object's death while it emits (see DeathWatch).
+    DeathWatch *deathWatch = nullptr;
     const KEZVisRep *rep = nullptr;
     QPointer<const KEZVisEnvironment> environment;
     // The rep's box is asked lazily from const accessors, hence mutable.

@@ -60,8 +60,7 @@ void KEZVisVirtualObject::SetPosition(const KEZMathAxis *position)
             return;
         d->hasPosition = true;
         d->position = *position;
-        emit PositionChanged(*position);
-        emit ChangeOccurred(PositionChange);
+        KEZVisObjectPrivate::EmitChange(this, [this, position] { emit PositionChanged(*position); }, PositionChange);
         return;
     }
     if (!d->hasPosition)
@@ -71,8 +70,7 @@ void KEZVisVirtualObject::SetPosition(const KEZMathAxis *position)
     const KEZMathAxis identity;
     if (!(d->position != identity))
         return;
-    emit PositionChanged(identity);
-    emit ChangeOccurred(PositionChange);
+    KEZVisObjectPrivate::EmitChange(this, [this, &identity] { emit PositionChanged(identity); }, PositionChange);
 }
 
 void KEZVisVirtualObject::Hide()
@@ -91,8 +89,7 @@ void KEZVisVirtualObject::SetVisibility(bool state)
     if (d->visible == state)
         return;
     d->visible = state;
-    emit VisibilityChanged(state);
-    emit ChangeOccurred(VisibilityChange);
+    KEZVisObjectPrivate::EmitChange(this, [this, state] { emit VisibilityChanged(state); }, VisibilityChange);
 }
 
 void KEZVisVirtualObject::EnableSelection()
@@ -111,8 +108,7 @@ void KEZVisVirtualObject::SetSelectability(bool state)
     if (d->selectable == state)
         return;
     d->selectable = state;
-    emit SelectabilityChanged(state);
-    emit ChangeOccurred(SelectabilityChange);
+    KEZVisObjectPrivate::EmitChange(this, [this, state] { emit SelectabilityChanged(state); }, SelectabilityChange);
 }
 
 void KEZVisVirtualObject::SetLabel(const QString &label)
@@ -122,6 +118,5 @@ void KEZVisVirtualObject::SetLabel(const QString &label)
     if (d->label == label)
         return;
     d->label = label;
-    emit LabelChanged(label);
-    emit ChangeOccurred(LabelChange);
+    KEZVisObjectPrivate::EmitChange(this, [this, &label] { emit LabelChanged(label); }, LabelChange);
 }

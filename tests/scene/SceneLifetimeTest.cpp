@@ -43,6 +43,17 @@ struct HeapScene
     RecordingClient *client = nullptr;
 };
 
+// An environment whose selection transaction the tests drive directly.
+class RawEnvironment : public KEZVisEnvironment
+{
+public:
+    using KEZVisEnvironment::AddSelectedVisualization;
+    using KEZVisEnvironment::BeginSelection;
+    using KEZVisEnvironment::EndSelection;
+    using KEZVisEnvironment::RemoveSelectedVisualization;
+    using KEZVisEnvironment::SetPreselectedVisualization;
+};
+
 } // namespace
 
 TEST(SceneLifetime, EnvironmentFirstThenObjectsThenClient)
@@ -225,4 +236,109 @@ TEST(SceneLifetime, ListenerThatDestroysTheNextObjectDuringRemoveAllVirtualObjec
     EXPECT_TRUE(environment.GetVirtualObjects().isEmpty());
     delete a;
     delete c;
+}
+
+TEST(SceneLifetime, ObjectDeletedByItsOwnSelectionStateListenerReportsNoChangeAfterIt)
+{
+    SceneLog log;
+    RawEnvironment environment;
+    log.WatchEnvironment(&environment);
+    QPointer<KEZVisVirtualObject> a = MakeObject("a", &environment, &log);
+    auto *b = MakeObject("b", &environment, &log);
+    environment.AddVirtualObject(a);
+    environment.AddVirtualObject(b);
+    QObject::connect(a, &KEZVisObject::SelectionStateChanged, &environment, [&a] { delete a.data(); });
+    log.Clear();
+    environment.BeginSelection();
+    environment.AddSelectedVisualization(a);
+    environment.AddSelectedVisualization(b);
+    environment.EndSelection();
+    EXPECT_TRUE(a.isNull());
+    EXPECT_FALSE(log.entries.contains("a:ChangeOccurred(8)"));
+    EXPECT_TRUE(log.entries.contains("a:SelectionStateChanged(Selected)"));
+    EXPECT_TRUE(log.entries.contains("env:ObjectRemoved(a)"));
+    EXPECT_TRUE(log.entries.contains("b:ChangeOccurred(8)"));
+    EXPECT_EQ(environment.GetVisualizationSelection(), QSet<KEZVisObject *>({b}));
+    // The environment goes on as usual.
+    environment.BeginSelection();
+    environment.RemoveSelectedVisualization(b);
+    environment.EndSelection();
+    EXPECT_TRUE(environment.GetVisualizationSelection().isEmpty());
+    EXPECT_EQ(b->GetSelectionState(), KEZVisObject::NotSelected);
+}
+
+TEST(SceneLifetime, ObjectDeletedByItsOwnListenerWhenDeselectedReportsNoChangeAfterIt)
+{
+    SceneLog log;
+    RawEnvironment environment;
+    log.WatchEnvironment(&environment);
+    QPointer<KEZVisVirtualObject> a = MakeObject("a", &environment, &log);
+    environment.AddVirtualObject(a);
+    environment.BeginSelection();
+    environment.AddSelectedVisualization(a);
+    environment.EndSelection();
+    QObject::connect(a, &KEZVisObject::SelectionStateChanged, &environment, [&a] { delete a.data(); });
+    log.Clear();
+    environment.BeginSelection();
+    environment.RemoveSelectedVisualization(a);
+    environment.EndSelection();
+    EXPECT_TRUE(a.isNull());
+    EXPECT_EQ(log.entries.filter("a:").filter("ChangeOccurred"), QStringList());
+    EXPECT_TRUE(log.entries.contains("a:SelectionStateChanged(NotSelected)"));
+    EXPECT_TRUE(environment.GetVisualizationSelection().isEmpty());
+}
+
+TEST(SceneLifetime, VirtualObjectDeletedByItsOwnSignalListenerReportsNoChangeAfterIt)
+{
+    SceneLog log;
+    RawEnvironment environment;
+    log.WatchEnvironment(&environment);
+    QPointer<KEZVisVirtualObject> a = MakeObject("a", &environment, &log);
+    environment.AddVirtualObject(a);
+    QObject::connect(a, &KEZVisObject::VisibilityChanged, &environment, [&a] { delete a.data(); });
+    log.Clear();
+    a->Hide();
+    EXPECT_TRUE(a.isNull());
+    EXPECT_EQ(log.entries, QStringList({"a:VisibilityChanged(false)", "env:ObjectRemoved(a)"}));
+}
+
+TEST(SceneLifetime, ObjectDeletedByAnotherObjectsListenerDuringPreselectionIsLeftOut)
+{
+    SceneLog log;
+    RawEnvironment environment;
+    QPointer<KEZVisVirtualObject> a = MakeObject("a", &environment, &log);
+    QPointer<KEZVisVirtualObject> b = MakeObject("b", &environment, &log);
+    environment.AddVirtualObject(a);
+    environment.AddVirtualObject(b);
+    // Whichever object is preselected first deletes the other one.
+    QObject::connect(a, &KEZVisObject::SelectionStateChanged, &environment, [&b] { delete b.data(); });
+    QObject::connect(b, &KEZVisObject::SelectionStateChanged, &environment, [&a] { delete a.data(); });
+    QList<QSet<KEZVisObject *>> reported;
+    QObject::connect(&environment, &KEZVisEnvironment::VisualizationPreselectionChanged, &environment,
+                     [&reported](const QSet<KEZVisObject *> &, const QSet<KEZVisObject *> &now) { reported.append(now); });
+    environment.SetPreselectedVisualization({a.data(), b.data()});
+    ASSERT_NE(a.isNull(), b.isNull());
+    KEZVisObject *survivor = a.isNull() ? static_cast<KEZVisObject *>(b.data()) : a.data();
+    EXPECT_EQ(survivor->GetSelectionState(), KEZVisObject::PreSelected);
+    EXPECT_EQ(environment.GetPreSelectedObjects(), QSet<KEZVisObject *>({survivor}));
+    EXPECT_EQ(reported, QList<QSet<KEZVisObject *>>({QSet<KEZVisObject *>({survivor})}));
+    environment.SetPreselectedVisualization({});
+    EXPECT_EQ(survivor->GetSelectionState(), KEZVisObject::NotSelected);
+    delete survivor;
+}
+
+TEST(SceneLifetime, ObjectDeletedByItsOwnRepListenerReportsNoChangeAfterIt)
+{
+    SceneLog log;
+    KEZVisEnvironment environment;
+    log.WatchEnvironment(&environment);
+    QPointer<KEZVisVirtualObject> a = MakeObject("a", &environment, &log);
+    environment.AddVirtualObject(a);
+    QObject::connect(a, &KEZVisObject::RepChanged, &environment, [&a] { delete a.data(); });
+    log.Clear();
+    a->SetRep(new TestRep(Box(0, 0, 0, 1, 1, 1)));
+    EXPECT_TRUE(a.isNull());
+    EXPECT_EQ(log.entries.filter("ChangeOccurred"), QStringList());
+    EXPECT_TRUE(log.entries.contains("env:ObjectRemoved(a)"));
+    EXPECT_TRUE(environment.GetVirtualObjects().isEmpty());
 }

@@ -29,7 +29,6 @@ namespace p2t {
 namespace detail {
 namespace {
 
-constexpr double kUnitRoundoff = 1.1102230246251565e-16; // 2^-53
 constexpr double kSplitter = 134217729.0; // 2^27 + 1, splits a double into two 26-bit halves
 
 // s + e == a + b exactly, s the rounded sum.
