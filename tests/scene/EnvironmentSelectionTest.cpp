@@ -25,19 +25,6 @@ using namespace SceneTest;
 
 namespace {
 
-// Opens the protected raw selection layer.
-class RawEnvironment : public KEZVisEnvironment
-{
-public:
-    using KEZVisEnvironment::KEZVisEnvironment;
-    using KEZVisEnvironment::AddSelectedVisualization;
-    using KEZVisEnvironment::BeginSelection;
-    using KEZVisEnvironment::EndSelection;
-    using KEZVisEnvironment::RemoveSelectedVisualization;
-    using KEZVisEnvironment::SetPreselectedVisualization;
-    using KEZVisEnvironment::SetSelectedVisualization;
-};
-
 // Three objects a, b, c in an environment, a log of everything, and optionally
 // a recording client attached.
 struct SelectionScene
@@ -69,7 +56,7 @@ struct SelectionScene
     }
 
     SceneLog log;
-    RawEnvironment environment;
+    OpenEnvironment environment;
     RecordingClient client{&log};
     std::unique_ptr<KEZVisVirtualObject> a;
     std::unique_ptr<KEZVisVirtualObject> b;
@@ -1018,7 +1005,7 @@ struct SelectedScene
         return living;
     }
 
-    RawEnvironment environment;
+    OpenEnvironment environment;
     std::vector<std::unique_ptr<KEZVisVirtualObject>> objects;
 };
 

@@ -288,15 +288,8 @@ TEST(Environment, RemovingASelectedObjectKeepsItsStateAndSendsNoSelectionSignal)
 
 TEST(Environment, RemovingAPreselectedObjectKeepsItInThePreselectionAndThePendingSets)
 {
-    class RawEnvironment : public KEZVisEnvironment
-    {
-    public:
-        using KEZVisEnvironment::AddSelectedVisualization;
-        using KEZVisEnvironment::EndSelection;
-        using KEZVisEnvironment::SetPreselectedVisualization;
-    };
     SceneLog log;
-    RawEnvironment environment;
+    OpenEnvironment environment;
     std::unique_ptr<KEZVisVirtualObject> a(MakeObject("a", &environment));
     environment.AddVirtualObject(a.get());
     environment.SetPreselectedVisualization({a.get()});

@@ -17,22 +17,6 @@
 
 using namespace SceneTest;
 
-namespace {
-
-// An environment whose raw selection layer is open to the tests.
-class OpenEnvironment : public KEZVisEnvironment
-{
-public:
-    using KEZVisEnvironment::AddSelectedVisualization;
-    using KEZVisEnvironment::BeginSelection;
-    using KEZVisEnvironment::EndSelection;
-    using KEZVisEnvironment::RemoveSelectedVisualization;
-    using KEZVisEnvironment::SetPreselectedVisualization;
-    using KEZVisEnvironment::SetSelectedVisualization;
-};
-
-} // namespace
-
 TEST(ObjectDeathElsewhere, ObjectSelectedInAnotherEnvironmentLeavesThatSelectionWhenItDies)
 {
     KEZVisEnvironment own;

@@ -7,6 +7,9 @@
 #include "KEZVisEnvironment.h"
 #include "KEZVisVirtualObject.h"
 
+#include "KEZMathAxis.h"
+#include "KEZMathPoint.h"
+
 #include <QPointer>
 
 #include <gtest/gtest.h>
@@ -41,17 +44,6 @@ struct HeapScene
     KEZVisVirtualObject *a = nullptr;
     KEZVisVirtualObject *b = nullptr;
     RecordingClient *client = nullptr;
-};
-
-// An environment whose selection transaction the tests drive directly.
-class RawEnvironment : public KEZVisEnvironment
-{
-public:
-    using KEZVisEnvironment::AddSelectedVisualization;
-    using KEZVisEnvironment::BeginSelection;
-    using KEZVisEnvironment::EndSelection;
-    using KEZVisEnvironment::RemoveSelectedVisualization;
-    using KEZVisEnvironment::SetPreselectedVisualization;
 };
 
 } // namespace
@@ -175,12 +167,6 @@ TEST(SceneLifetime, ClientDeletedByItsOwnHandlerDuringTheReplayMakesNoFurtherCal
 TEST(SceneLifetime, EnvironmentDestroyedDuringAnOpenSelectionTransactionClosesItsBatch)
 {
     SceneLog log;
-    class OpenEnvironment : public KEZVisEnvironment
-    {
-    public:
-        using KEZVisEnvironment::AddSelectedVisualization;
-        using KEZVisEnvironment::BeginSelection;
-    };
     auto *environment = new OpenEnvironment;
     log.WatchEnvironment(environment);
     std::unique_ptr<KEZVisVirtualObject> a(MakeObject("a", environment));
@@ -194,11 +180,6 @@ TEST(SceneLifetime, EnvironmentDestroyedDuringAnOpenSelectionTransactionClosesIt
 TEST(SceneLifetime, ObjectDeletedByABatchFinishedListenerOfADyingEnvironmentReportsNothing)
 {
     SceneLog log;
-    class OpenEnvironment : public KEZVisEnvironment
-    {
-    public:
-        using KEZVisEnvironment::BeginSelection;
-    };
     auto *environment = new OpenEnvironment;
     auto *a = MakeObject("a", environment);
     environment->AddVirtualObject(a);
@@ -241,7 +222,7 @@ TEST(SceneLifetime, ListenerThatDestroysTheNextObjectDuringRemoveAllVirtualObjec
 TEST(SceneLifetime, ObjectDeletedByItsOwnSelectionStateListenerReportsNoChangeAfterIt)
 {
     SceneLog log;
-    RawEnvironment environment;
+    OpenEnvironment environment;
     log.WatchEnvironment(&environment);
     QPointer<KEZVisVirtualObject> a = MakeObject("a", &environment, &log);
     auto *b = MakeObject("b", &environment, &log);
@@ -270,7 +251,7 @@ TEST(SceneLifetime, ObjectDeletedByItsOwnSelectionStateListenerReportsNoChangeAf
 TEST(SceneLifetime, ObjectDeletedByItsOwnListenerWhenDeselectedReportsNoChangeAfterIt)
 {
     SceneLog log;
-    RawEnvironment environment;
+    OpenEnvironment environment;
     log.WatchEnvironment(&environment);
     QPointer<KEZVisVirtualObject> a = MakeObject("a", &environment, &log);
     environment.AddVirtualObject(a);
@@ -288,24 +269,10 @@ TEST(SceneLifetime, ObjectDeletedByItsOwnListenerWhenDeselectedReportsNoChangeAf
     EXPECT_TRUE(environment.GetVisualizationSelection().isEmpty());
 }
 
-TEST(SceneLifetime, VirtualObjectDeletedByItsOwnSignalListenerReportsNoChangeAfterIt)
-{
-    SceneLog log;
-    RawEnvironment environment;
-    log.WatchEnvironment(&environment);
-    QPointer<KEZVisVirtualObject> a = MakeObject("a", &environment, &log);
-    environment.AddVirtualObject(a);
-    QObject::connect(a, &KEZVisObject::VisibilityChanged, &environment, [&a] { delete a.data(); });
-    log.Clear();
-    a->Hide();
-    EXPECT_TRUE(a.isNull());
-    EXPECT_EQ(log.entries, QStringList({"a:VisibilityChanged(false)", "env:ObjectRemoved(a)"}));
-}
-
 TEST(SceneLifetime, ObjectDeletedByAnotherObjectsListenerDuringPreselectionIsLeftOut)
 {
     SceneLog log;
-    RawEnvironment environment;
+    OpenEnvironment environment;
     QPointer<KEZVisVirtualObject> a = MakeObject("a", &environment, &log);
     QPointer<KEZVisVirtualObject> b = MakeObject("b", &environment, &log);
     environment.AddVirtualObject(a);
@@ -327,18 +294,50 @@ TEST(SceneLifetime, ObjectDeletedByAnotherObjectsListenerDuringPreselectionIsLef
     delete survivor;
 }
 
-TEST(SceneLifetime, ObjectDeletedByItsOwnRepListenerReportsNoChangeAfterIt)
+namespace {
+
+// Makes an object a in an environment, lets a listener of `signal` delete it, makes the change, and
+// answers what the log saw from the change on.
+template <typename Signal, typename Change>
+QStringList LogOfChangeThatDeletesTheObject(Signal signal, Change change)
 {
     SceneLog log;
     KEZVisEnvironment environment;
     log.WatchEnvironment(&environment);
     QPointer<KEZVisVirtualObject> a = MakeObject("a", &environment, &log);
     environment.AddVirtualObject(a);
-    QObject::connect(a, &KEZVisObject::RepChanged, &environment, [&a] { delete a.data(); });
+    QObject::connect(a, signal, &environment, [&a] { delete a.data(); });
     log.Clear();
-    a->SetRep(new TestRep(Box(0, 0, 0, 1, 1, 1)));
+    change(a.data());
     EXPECT_TRUE(a.isNull());
-    EXPECT_EQ(log.entries.filter("ChangeOccurred"), QStringList());
-    EXPECT_TRUE(log.entries.contains("env:ObjectRemoved(a)"));
     EXPECT_TRUE(environment.GetVirtualObjects().isEmpty());
+    return log.entries;
+}
+
+} // namespace
+
+TEST(SceneLifetime, ObjectDeletedByTheListenerOfItsSpecificSignalReportsNoChangeAfterIt)
+{
+    const QString removed = QStringLiteral("env:ObjectRemoved(a)");
+    EXPECT_EQ(LogOfChangeThatDeletesTheObject(&KEZVisObject::VisibilityChanged,
+                                              [](KEZVisVirtualObject *a) { a->Hide(); }),
+              QStringList({"a:VisibilityChanged(false)", removed}));
+    EXPECT_EQ(LogOfChangeThatDeletesTheObject(&KEZVisObject::SelectabilityChanged,
+                                              [](KEZVisVirtualObject *a) { a->EnableSelection(); }),
+              QStringList({"a:SelectabilityChanged(true)", removed}));
+    EXPECT_EQ(LogOfChangeThatDeletesTheObject(&KEZVisObject::LabelChanged,
+                                              [](KEZVisVirtualObject *a) { a->SetLabel("x"); }),
+              QStringList({"a:LabelChanged(x)", removed}));
+    EXPECT_EQ(LogOfChangeThatDeletesTheObject(&KEZVisObject::PositionChanged,
+                                              [](KEZVisVirtualObject *a) {
+                                                  KEZMathAxis moved;
+                                                  moved.SetOrigin(KEZMathPoint(1, 2, 3));
+                                                  a->SetPosition(&moved);
+                                              }),
+              QStringList({"a:PositionChanged", removed}));
+    EXPECT_EQ(LogOfChangeThatDeletesTheObject(&KEZVisObject::RepChanged,
+                                              [](KEZVisVirtualObject *a) {
+                                                  a->SetRep(new TestRep(Box(0, 0, 0, 1, 1, 1)));
+                                              }),
+              QStringList({"a:RepChanged(rep)", removed}));
 }

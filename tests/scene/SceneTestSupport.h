@@ -171,6 +171,19 @@ public:
     QStringList entries;
 };
 
+// An environment whose protected selection layer is open to the tests.
+class OpenEnvironment : public KEZVisEnvironment
+{
+public:
+    using KEZVisEnvironment::KEZVisEnvironment;
+    using KEZVisEnvironment::AddSelectedVisualization;
+    using KEZVisEnvironment::BeginSelection;
+    using KEZVisEnvironment::EndSelection;
+    using KEZVisEnvironment::RemoveSelectedVisualization;
+    using KEZVisEnvironment::SetPreselectedVisualization;
+    using KEZVisEnvironment::SetSelectedVisualization;
+};
+
 // A virtual object with a name, watched by the log from its birth.
 inline KEZVisVirtualObject *MakeObject(const QString &name, KEZVisEnvironment *environment, SceneLog *log = nullptr,
                                        QObject *parent = nullptr)
