@@ -12,7 +12,6 @@
 #include "factory/KEZVisRepFactoryRingCleaning_p.h"
 #include "factory/KEZVisRepFactorySurfaceRebuild_p.h"
 #include "factory/KEZVisRepFactoryTriangulation_p.h"
-#include "triangulation/LargeArray_p.h"
 
 #include <cmath>
 #include <memory>
@@ -48,14 +47,13 @@ KEZVisSurfacePrimitive *KEZVisRepFactory::CreateFilledPolygonPrimitive(QList<KEZ
         return nullptr;
 
     const HoleSelection holes = SelectHoles(cleaned);
+    // The grid of the outline has served the hole tests: its memory goes back before the triangulator
+    // asks for its own.
+    cleaned.outlineGrid.Release();
+
     TriangleCorners corners;
     corners.arena = &cleaned.arena;
-    {
-        // The grid of the outline has served the hole tests; the triangulator reuses its memory.
-        const p2t::detail::LargeArrayRecycling recycling;
-        cleaned.outlineGrid.Release();
-        corners.corners = TriangulateRings(cleaned.outline.points, holes.triangulated, cleaned.arena);
-    }
+    corners.corners = TriangulateRings(cleaned.outline.points, holes.triangulated, cleaned.arena);
     corners.meshKeysDistinct = cleaned.outlineKeysDistinct && holes.inside.empty();
 
     const MeshPoints meshPoints = CollectMeshPoints(cleaned, holes.inside, corners.meshPointOfArena);
