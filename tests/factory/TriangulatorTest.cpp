@@ -432,6 +432,26 @@ TEST(Triangulator, TinyHugeAndFarAwayPolygonsGiveValidTriangulations)
     }
 }
 
+TEST(Triangulator, PointsThatMeetWhenScaledGiveNoTriangles)
+{
+    // 2^1000 high: the scaling takes 1001 binary places off every coordinate, and x coordinates near
+    // 2^-60 become subnormal. Upper corners 2^-112 apart in x, far below the smallest subnormal step
+    // of 2^-1074 once scaled, meet: the polygon cannot be triangulated. 2^-60 apart, they stay apart.
+    const double height = std::ldexp(1.0, 1000);
+    const double x = std::ldexp(1.0, -60);
+    for (const double apart : {std::ldexp(1.0, -112), x}) {
+        Polygon polygon;
+        polygon.outline = {{0.0, 0.0}, {2 * x, 0.0}, {x + apart, height}, {x, height}};
+        const Result result = Triangulate(polygon);
+        if (apart < x) {
+            EXPECT_TRUE(result.triangles.empty());
+        } else {
+            EXPECT_EQ(result.triangles.size(), 2u);
+            EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+        }
+    }
+}
+
 TEST(Triangulator, StarsOfThousandsOfPointsGiveTheSameMeshAtEveryScale)
 {
     // Enough points for the sorts of the vertices to take their radix path, over extents from 2^-900

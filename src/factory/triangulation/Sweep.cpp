@@ -390,13 +390,19 @@ bool Sweep::Prepare()
     m_vertexOfRank.resize(total);
     // Scaling by a power of two in the range of normal doubles is one exact (or, below the normal
     // range, correctly rounded) multiplication, the same as ldexp.
-    const bool scaleIsNormal = shift >= -1022 && shift <= 1023;
+    // Scaling back by the inverse power is exact as well, so it tells whether a coordinate rounded.
+    const bool scaleIsNormal = shift >= -1022 && shift <= 1022;
     const double scale = scaleIsNormal ? std::ldexp(1.0, shift) : 0.0;
+    const double inverse = scaleIsNormal ? std::ldexp(1.0, -shift) : 0.0;
     auto scaled = [&](double value) { return scaleIsNormal ? value * scale : std::ldexp(value, shift); };
+    auto unscaled = [&](double value) { return scaleIsNormal ? value * inverse : std::ldexp(value, -shift); };
+    bool rounded = false;
     for (int position = 0; position < m_count; ++position) {
         const Input &in = unique[static_cast<std::size_t>(position)];
         const int v = vertexAtX[static_cast<std::size_t>(position)];
-        m_xy[static_cast<std::size_t>(v)] = Coordinates{scaled(in.x), scaled(in.y)};
+        const Coordinates xy{scaled(in.x), scaled(in.y)};
+        rounded = rounded || unscaled(xy.x) != in.x || unscaled(xy.y) != in.y;
+        m_xy[static_cast<std::size_t>(v)] = xy;
         m_points[static_cast<std::size_t>(v)] = in.point;
         m_rank[static_cast<std::size_t>(v)] = position + 1;
         m_vertexOfRank[static_cast<std::size_t>(position) + 1] = v;
@@ -424,11 +430,6 @@ bool Sweep::Prepare()
         return false;
     if (!(X(Tail()) < X(VertexOfRank(1))) || !(X(Head()) > X(VertexOfRank(m_count))) || !(Y(Tail()) < Y(0)))
         return false;
-    bool rounded = false;
-    for (int position = 0; position < m_count && !rounded; ++position) {
-        const int v = VertexOfRank(position + 1);
-        rounded = std::ldexp(X(v), -shift) != rawX(position) || std::ldexp(Y(v), -shift) != rawY(position);
-    }
     if (rounded) {
         std::vector<std::pair<double, double>> scaledPoints(static_cast<std::size_t>(m_count));
         for (int v = 0; v < m_count; ++v)
