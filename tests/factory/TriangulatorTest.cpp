@@ -1225,6 +1225,32 @@ TEST(TriangulatorIncremental, PointsFallingOnEdgesSplitThem)
     }
 }
 
+TEST(TriangulatorIncremental, PointLocationStartsNextToTheRingNeighbours)
+{
+    // Along a smooth outline, a point's neighbour on the ring inserted before it touches the triangle
+    // that contains it, or nearly: the walks cross about two edges a point. Started from the previous
+    // point of the insertion order or from the last point in its cell, they crossed three and a half
+    // at 20,000 points, and more the larger the flower.
+    ScopedHooks scoped;
+    scoped.hooks.insertion = Insertion::IncrementalFirst;
+    for (const Polygon &polygon : {Rosette(20000, 64.0, 0.2), SubdividedQuadrilateral(5000)}) {
+        const Result result = Triangulate(polygon);
+        ASSERT_TRUE(scoped.hooks.insertedIncrementally);
+        EXPECT_FALSE(scoped.hooks.insertedAroundConvexOutline);
+        EXPECT_GT(scoped.hooks.locateSteps, 0u);
+        EXPECT_LT(scoped.hooks.locateSteps, 5u * polygon.PointCount() / 2) << polygon.PointCount();
+        EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+    }
+    // Neither the sweep nor the insertion around a convex outline locates points.
+    scoped.hooks.insertion = Insertion::SweepOnly;
+    Triangulate(Rosette(2000, 64.0, 0.2));
+    EXPECT_EQ(scoped.hooks.locateSteps, 0u);
+    scoped.hooks.insertion = Insertion::Automatic;
+    Triangulate(RegularPolygon(2000));
+    EXPECT_TRUE(scoped.hooks.insertedAroundConvexOutline);
+    EXPECT_EQ(scoped.hooks.locateSteps, 0u);
+}
+
 TEST(TriangulatorIncremental, IsDeterministicAmongCoCircularPoints)
 {
     ScopedHooks scoped;

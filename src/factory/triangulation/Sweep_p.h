@@ -114,10 +114,11 @@ private:
     void SplitOutlineEdge(int t, int i, int v);
     void InsertPointsIncrementally();
     void RelabelInInsertionOrder(const LargeVector<int> &order);
+    LargeVector<int> RingAnchors() const;
     void UndoRelabelling();
     // A vertex's number during incremental insertion, from its number in sweep order.
     int InsertedAs(int v) const { return m_insertedAs.empty() ? v : m_insertedAs[static_cast<std::size_t>(v)]; }
-    int Locate(int p, int start, int &edge) const;
+    int Locate(int p, int start, int &edge, std::uint64_t &steps) const;
     void SplitTriangle(int t, int p);
     void SplitEdge(int t, int e, int p);
     void Finalize(LargeVector<Triangle> &out);
