@@ -432,6 +432,26 @@ TEST(Triangulator, TinyHugeAndFarAwayPolygonsGiveValidTriangulations)
     }
 }
 
+TEST(Triangulator, PointsThatMeetWhenScaledGiveNoTriangles)
+{
+    // 2^1000 high: the scaling takes 1001 binary places off every coordinate, and x coordinates near
+    // 2^-60 become subnormal. Upper corners 2^-112 apart in x, far below the smallest subnormal step
+    // of 2^-1074 once scaled, meet: the polygon cannot be triangulated. 2^-60 apart, they stay apart.
+    const double height = std::ldexp(1.0, 1000);
+    const double x = std::ldexp(1.0, -60);
+    for (const double apart : {std::ldexp(1.0, -112), x}) {
+        Polygon polygon;
+        polygon.outline = {{0.0, 0.0}, {2 * x, 0.0}, {x + apart, height}, {x, height}};
+        const Result result = Triangulate(polygon);
+        if (apart < x) {
+            EXPECT_TRUE(result.triangles.empty());
+        } else {
+            EXPECT_EQ(result.triangles.size(), 2u);
+            EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+        }
+    }
+}
+
 TEST(Triangulator, StarsOfThousandsOfPointsGiveTheSameMeshAtEveryScale)
 {
     // Enough points for the sorts of the vertices to take their radix path, over extents from 2^-900
@@ -1203,6 +1223,32 @@ TEST(TriangulatorIncremental, PointsFallingOnEdgesSplitThem)
         EXPECT_GT(scoped.hooks.pointsOnEdges, 10);
         EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
     }
+}
+
+TEST(TriangulatorIncremental, PointLocationStartsNextToTheRingNeighbours)
+{
+    // Along a smooth outline, a point's neighbour on the ring inserted before it touches the triangle
+    // that contains it, or nearly: the walks cross about two edges a point. Started from the previous
+    // point of the insertion order or from the last point in its cell, they crossed three and a half
+    // at 20,000 points, and more the larger the flower.
+    ScopedHooks scoped;
+    scoped.hooks.insertion = Insertion::IncrementalFirst;
+    for (const Polygon &polygon : {Rosette(20000, 64.0, 0.2), SubdividedQuadrilateral(5000)}) {
+        const Result result = Triangulate(polygon);
+        ASSERT_TRUE(scoped.hooks.insertedIncrementally);
+        EXPECT_FALSE(scoped.hooks.insertedAroundConvexOutline);
+        EXPECT_GT(scoped.hooks.locateSteps, 0u);
+        EXPECT_LT(scoped.hooks.locateSteps, 5u * polygon.PointCount() / 2) << polygon.PointCount();
+        EXPECT_TRUE(IsValidTriangulation(polygon, result.triangles));
+    }
+    // Neither the sweep nor the insertion around a convex outline locates points.
+    scoped.hooks.insertion = Insertion::SweepOnly;
+    Triangulate(Rosette(2000, 64.0, 0.2));
+    EXPECT_EQ(scoped.hooks.locateSteps, 0u);
+    scoped.hooks.insertion = Insertion::Automatic;
+    Triangulate(RegularPolygon(2000));
+    EXPECT_TRUE(scoped.hooks.insertedAroundConvexOutline);
+    EXPECT_EQ(scoped.hooks.locateSteps, 0u);
 }
 
 TEST(TriangulatorIncremental, IsDeterministicAmongCoCircularPoints)

@@ -390,13 +390,19 @@ bool Sweep::Prepare()
     m_vertexOfRank.resize(total);
     // Scaling by a power of two in the range of normal doubles is one exact (or, below the normal
     // range, correctly rounded) multiplication, the same as ldexp.
-    const bool scaleIsNormal = shift >= -1022 && shift <= 1023;
+    // Scaling back by the inverse power is exact as well, so it tells whether a coordinate rounded.
+    const bool scaleIsNormal = shift >= -1022 && shift <= 1022;
     const double scale = scaleIsNormal ? std::ldexp(1.0, shift) : 0.0;
+    const double inverse = scaleIsNormal ? std::ldexp(1.0, -shift) : 0.0;
     auto scaled = [&](double value) { return scaleIsNormal ? value * scale : std::ldexp(value, shift); };
+    auto unscaled = [&](double value) { return scaleIsNormal ? value * inverse : std::ldexp(value, -shift); };
+    bool rounded = false;
     for (int position = 0; position < m_count; ++position) {
         const Input &in = unique[static_cast<std::size_t>(position)];
         const int v = vertexAtX[static_cast<std::size_t>(position)];
-        m_xy[static_cast<std::size_t>(v)] = Coordinates{scaled(in.x), scaled(in.y)};
+        const Coordinates xy{scaled(in.x), scaled(in.y)};
+        rounded = rounded || unscaled(xy.x) != in.x || unscaled(xy.y) != in.y;
+        m_xy[static_cast<std::size_t>(v)] = xy;
         m_points[static_cast<std::size_t>(v)] = in.point;
         m_rank[static_cast<std::size_t>(v)] = position + 1;
         m_vertexOfRank[static_cast<std::size_t>(position) + 1] = v;
@@ -424,11 +430,6 @@ bool Sweep::Prepare()
         return false;
     if (!(X(Tail()) < X(VertexOfRank(1))) || !(X(Head()) > X(VertexOfRank(m_count))) || !(Y(Tail()) < Y(0)))
         return false;
-    bool rounded = false;
-    for (int position = 0; position < m_count && !rounded; ++position) {
-        const int v = VertexOfRank(position + 1);
-        rounded = std::ldexp(X(v), -shift) != rawX(position) || std::ldexp(Y(v), -shift) != rawY(position);
-    }
     if (rounded) {
         std::vector<std::pair<double, double>> scaledPoints(static_cast<std::size_t>(m_count));
         for (int v = 0; v < m_count; ++v)
@@ -1384,6 +1385,7 @@ void Sweep::InsertPointsIncrementally()
     LargeVector<std::uint32_t>().swap(hilbert);
     RelabelInInsertionOrder(order);
     LargeVector<int>().swap(order);
+    const LargeVector<int> ringAnchor = RingAnchors();
 
     // Consecutive points along the Hilbert curve are usually close, but where the curve moves on to
     // another quadrant the next point can lie across the cloud, and a walk from the previous point
@@ -1405,6 +1407,7 @@ void Sweep::InsertPointsIncrementally()
         return dx * dx + dy * dy;
     };
 
+    std::uint64_t locateSteps = 0;
     int previous = a;
     for (int p = 0; p < m_count; ++p) {
         const std::size_t cell = cellOf(p);
@@ -1412,9 +1415,12 @@ void Sweep::InsertPointsIncrementally()
         const int landmark = lastInCell[cell];
         if (landmark >= 0 && (previous == a || squaredDistance(landmark, p) < squaredDistance(previous, p)))
             from = landmark;
+        const int anchor = ringAnchor[static_cast<std::size_t>(p)];
+        if (anchor >= 0 && (from == a || squaredDistance(anchor, p) < squaredDistance(from, p)))
+            from = anchor;
         lastInCell[cell] = p;
         int edge = -1;
-        const int t = Locate(p, TriangleOf(from), edge);
+        const int t = Locate(p, TriangleOf(from), edge, locateSteps);
         if (edge < 0)
             SplitTriangle(t, p);
         else
@@ -1423,6 +1429,43 @@ void Sweep::InsertPointsIncrementally()
         Verify("point insertion", p);
         previous = p;
     }
+    if (m_hooks)
+        m_hooks->locateSteps = locateSteps;
+}
+
+// For every vertex, in the numbering of insertion order, a vertex next to it along a ring that is
+// inserted before it, or -1: the nearest of the ring points up to kRingAnchorReach places before or
+// after it in its ring. Neighbours along an outline are the closest points that a walk can start from;
+// where the outline is smooth, the triangle that contains the new point mostly touches them, and the
+// walk ends after a step or two, where the previous point or a landmark in its cell may lie across a
+// lobe or an arc, behind many thin triangles.
+LargeVector<int> Sweep::RingAnchors() const
+{
+    constexpr int kRingAnchorReach = 3;
+    LargeVector<int> anchors(static_cast<std::size_t>(m_count), -1);
+    LargeVector<int> labels;
+    for (std::size_t r = 0; r + 1 < m_ringBegin.size(); ++r) {
+        const int first = m_ringBegin[r];
+        const int size = m_ringBegin[r + 1] - first;
+        labels.resize(static_cast<std::size_t>(size));
+        for (int k = 0; k < size; ++k)
+            labels[static_cast<std::size_t>(k)] = InsertedAs(m_ringVertices[static_cast<std::size_t>(first + k)]);
+        for (int k = 0; k < size; ++k) {
+            const int p = labels[static_cast<std::size_t>(k)];
+            int anchor = -1;
+            for (int d = 1; d <= kRingAnchorReach && d < size && anchor < 0; ++d) {
+                for (const int at : {(k + size - d) % size, (k + d) % size}) {
+                    const int q = labels[static_cast<std::size_t>(at)];
+                    if (q < p) {
+                        anchor = q;
+                        break;
+                    }
+                }
+            }
+            anchors[static_cast<std::size_t>(p)] = anchor;
+        }
+    }
+    return anchors;
 }
 
 namespace {
@@ -1665,14 +1708,15 @@ void Sweep::SplitOutlineEdge(int t, int i, int v)
 // The triangle that contains p, found by walking from start towards p; edge is the index of the
 // edge that p lies on, or -1 when p lies inside. The walk crosses an edge that has p strictly on its
 // far side, trying the edges in a rotating order; in a Delaunay triangulation such a walk always
-// arrives. The edge it came in through is not tested again: p lies strictly on its near side.
-int Sweep::Locate(int p, int start, int &edge) const
+// arrives. The edge it came in through is not tested again: p lies strictly on its near side. Adds
+// the edges crossed to `steps`.
+int Sweep::Locate(int p, int start, int &edge, std::uint64_t &steps) const
 {
     int t = start;
     int cameFrom = -1;
     int rotation = 0;
     const std::size_t limit = m_tris.size() + 16;
-    for (std::size_t steps = 0;; ++steps) {
+    for (std::size_t walked = 0;; ++walked) {
         const Tri &T = m_tris[static_cast<std::size_t>(t)];
         int across = -1;
         edge = -1;
@@ -1687,12 +1731,14 @@ int Sweep::Locate(int p, int start, int &edge) const
             if (side == 0)
                 edge = e;
         }
-        if (across < 0)
+        if (across < 0) {
+            steps += walked;
             return t;
+        }
         cameFrom = t;
         t = T.n[across];
         rotation = Next3(rotation);
-        if (t < 0 || steps > limit)
+        if (t < 0 || walked > limit)
             throw std::runtime_error(kMissingTriangleError);
     }
 }
@@ -1931,6 +1977,7 @@ void Sweep::Run(LargeVector<Triangle> &out)
         m_hooks->insertedAroundConvexOutline = false;
         m_hooks->work = 0;
         m_hooks->pointsOnEdges = 0;
+        m_hooks->locateSteps = 0;
     }
     if (!Prepare())
         return;

@@ -20,6 +20,29 @@ namespace detail {
 
 struct TestHooks;
 
+// The stack of (triangle, edge) pairs that wait for the in-circle test. Every point and every flip
+// pushes a few, so a push is a store and a compare inline; only growing the storage is a call.
+class EdgeStack
+{
+public:
+    bool empty() const { return m_size == 0; }
+    void clear() { m_size = 0; }
+    const std::pair<int, int> &back() const { return m_items[m_size - 1]; }
+    void pop_back() { --m_size; }
+    void emplace_back(int triangle, int edge)
+    {
+        if (m_size == m_items.size())
+            Grow();
+        m_items[m_size++] = {triangle, edge};
+    }
+
+private:
+    void Grow() { m_items.resize(m_items.empty() ? 64 : 2 * m_items.size()); }
+
+    std::vector<std::pair<int, int>> m_items;
+    std::size_t m_size = 0;
+};
+
 // One triangulation run, by the sweep or, where the sweep's work outgrows its budget, by incremental
 // insertion. Vertices are numbered in sweep order (y, then x), and renumbered in their order of
 // insertion while incremental insertion runs; the two artificial points of the sweep follow the real
@@ -91,10 +114,11 @@ private:
     void SplitOutlineEdge(int t, int i, int v);
     void InsertPointsIncrementally();
     void RelabelInInsertionOrder(const LargeVector<int> &order);
+    LargeVector<int> RingAnchors() const;
     void UndoRelabelling();
     // A vertex's number during incremental insertion, from its number in sweep order.
     int InsertedAs(int v) const { return m_insertedAs.empty() ? v : m_insertedAs[static_cast<std::size_t>(v)]; }
-    int Locate(int p, int start, int &edge) const;
+    int Locate(int p, int start, int &edge, std::uint64_t &steps) const;
     void SplitTriangle(int t, int p);
     void SplitEdge(int t, int e, int p);
     void Finalize(LargeVector<Triangle> &out);
@@ -211,7 +235,7 @@ private:
     bool m_incremental = false; // the mesh is being built by incremental insertion
     bool m_aroundConvexOutline = false; // ... around a convex outline, without point location
 
-    std::vector<std::pair<int, int>> m_legalize; // (triangle, edge) pairs waiting for the in-circle test
+    EdgeStack m_legalize; // (triangle, edge) pairs waiting for the in-circle test
     std::vector<EdgeEntry> m_visited;
     std::vector<EdgeRef> m_crossed;  // edges crossed by the constrained edge being inserted
     std::vector<EdgeRef> m_newEdges; // edges made by its flips

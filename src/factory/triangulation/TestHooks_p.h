@@ -74,6 +74,9 @@ struct TestHooks
     // Points that incremental insertion put on an existing edge (splitting it) rather than inside a
     // triangle.
     int pointsOnEdges = 0;
+    // Edges that point location crossed, over all points of the last incremental insertion with
+    // point location (0 after a sweep or an insertion around a convex outline).
+    unsigned long long locateSteps = 0;
 };
 
 // Installs hooks for the following triangulations; nullptr removes them. Not thread-safe: tests only.
