@@ -961,9 +961,25 @@ int Sweep::InsertSegment(int from, int to, int &pocket)
     // otherwise some triangle's far edge runs from a vertex right of the segment to one left of it,
     // and the segment leaves `from` through that triangle. Only the first two cases can put a vertex
     // on the segment's line ahead, so the turn ends as soon as such a triangle shows up.
+    // Most constrained edges of smooth or densely sampled outlines are edges of the mesh already. A
+    // first turn that compares vertex numbers only finds them without reading any coordinates, which
+    // on large inputs lie far apart in memory. In a consistent mesh no triangle around `from` is
+    // crossed by an edge of it, so the full turn below would find the same edge.
+    int existing = -1;
+    TurnAround(from, [&](int candidate, int i) {
+        const Tri &T = m_tris[static_cast<std::size_t>(candidate)];
+        if (T.v[Next3(i)] != to && T.v[Prev3(i)] != to)
+            return false;
+        existing = candidate;
+        return true;
+    });
+    if (existing >= 0) {
+        MarkConstrained(existing, from, to);
+        return to;
+    }
     const double dx = X(to) - X(from), dy = Y(to) - Y(from);
     const double length2 = dx * dx + dy * dy;
-    int existing = -1, onSegment = -1, onSegmentTriangle = -1;
+    int onSegment = -1, onSegmentTriangle = -1;
     int t = -1, right = -1, left = -1;
     double nearest = 0.0;
     bool beyond = false;
