@@ -36,6 +36,7 @@
 #include "TriangulationLogging_p.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -961,9 +962,25 @@ int Sweep::InsertSegment(int from, int to, int &pocket)
     // otherwise some triangle's far edge runs from a vertex right of the segment to one left of it,
     // and the segment leaves `from` through that triangle. Only the first two cases can put a vertex
     // on the segment's line ahead, so the turn ends as soon as such a triangle shows up.
+    // Most constrained edges of smooth or densely sampled outlines are edges of the mesh already. A
+    // first turn that compares vertex numbers only finds them without reading any coordinates, which
+    // on large inputs lie far apart in memory. In a consistent mesh no triangle around `from` is
+    // crossed by an edge of it, so the full turn below would find the same edge.
+    int existing = -1;
+    TurnAround(from, [&](int candidate, int i) {
+        const Tri &T = m_tris[static_cast<std::size_t>(candidate)];
+        if (T.v[Next3(i)] != to && T.v[Prev3(i)] != to)
+            return false;
+        existing = candidate;
+        return true;
+    });
+    if (existing >= 0) {
+        MarkConstrained(existing, from, to);
+        return to;
+    }
     const double dx = X(to) - X(from), dy = Y(to) - Y(from);
     const double length2 = dx * dx + dy * dy;
-    int existing = -1, onSegment = -1, onSegmentTriangle = -1;
+    int onSegment = -1, onSegmentTriangle = -1;
     int t = -1, right = -1, left = -1;
     double nearest = 0.0;
     bool beyond = false;
@@ -1250,27 +1267,64 @@ std::uint64_t NextRandom(std::uint64_t &state)
     return z ^ (z >> 31);
 }
 
-// Position of the cell (x, y) of a 65536 x 65536 grid along a Hilbert curve: each level picks the
-// quadrant (in the curve's order for the current orientation) and turns the remaining coordinates
-// into that quadrant's frame. Written without branches: which way a point turns at each level is as
-// good as random, and mispredicted branches cost more than the masks.
+// Positions along a Hilbert curve over a 65536 x 65536 grid. Each level of the curve picks the
+// quadrant of a cell (in the curve's order for the current frame) and turns the frame of the levels
+// below: mirrored in both axes in the lower right quadrant, and then transposed in both lower ones.
+// Both turns are their own inverses and commute, so the frame of a level is the exclusive or of the
+// turns above it, and four levels go at once: for each of the 16 x 16 cells of a block, its position
+// inside the block and the turn it passes on (bit 0 mirrored, bit 1 transposed), worked out here
+// level by level once.
+struct HilbertStep
+{
+    std::uint8_t position;
+    std::uint8_t turn;
+};
+
+constexpr std::array<HilbertStep, 256> MakeHilbertSteps()
+{
+    std::array<HilbertStep, 256> steps{};
+    for (std::uint32_t cell = 0; cell < 256; ++cell) {
+        std::uint32_t x = cell >> 4, y = cell & 15u;
+        std::uint32_t position = 0, turn = 0;
+        for (int level = 3; level >= 0; --level) {
+            const std::uint32_t right = (x >> level) & 1u;
+            const std::uint32_t up = (y >> level) & 1u;
+            position += ((3u * right) ^ up) << (2 * level);
+            if (right == 1u && up == 0u) {
+                x ^= 15u;
+                y ^= 15u;
+                turn ^= 1u;
+            }
+            if (up == 0u) {
+                const std::uint32_t swapped = x;
+                x = y;
+                y = swapped;
+                turn ^= 2u;
+            }
+        }
+        steps[cell] = HilbertStep{static_cast<std::uint8_t>(position), static_cast<std::uint8_t>(turn)};
+    }
+    return steps;
+}
+
+constexpr std::array<HilbertStep, 256> kHilbertSteps = MakeHilbertSteps();
+
+// Position of the cell (x, y), both below 65536, along the curve. The frame turns with masks rather
+// than branches: which way a block turns is as good as random, and mispredicted branches cost more.
 std::uint64_t HilbertPosition(std::uint32_t x, std::uint32_t y)
 {
-    constexpr std::uint32_t kSide = 1u << 16;
-    constexpr std::uint32_t kMask = kSide - 1;
     std::uint64_t position = 0;
-    for (int level = 15; level >= 0; --level) {
-        const std::uint32_t right = (x >> level) & 1u;
-        const std::uint32_t up = (y >> level) & 1u;
-        position += std::uint64_t((3u * right) ^ up) << (2 * level);
-        // In the lower quadrants the frame turns: mirrored in both axes on the right, and then
-        // transposed on both sides.
-        const std::uint32_t mirror = 0u - (right & (up ^ 1u));
-        x ^= mirror & kMask;
-        y ^= mirror & kMask;
-        const std::uint32_t transpose = (x ^ y) & (0u - (up ^ 1u));
-        x ^= transpose;
-        y ^= transpose;
+    std::uint32_t turn = 0;
+    for (int shift = 12; shift >= 0; shift -= 4) {
+        const std::uint32_t mirror = 15u & (0u - (turn & 1u));
+        std::uint32_t cx = ((x >> shift) & 15u) ^ mirror;
+        std::uint32_t cy = ((y >> shift) & 15u) ^ mirror;
+        const std::uint32_t transpose = (cx ^ cy) & (0u - (turn >> 1));
+        cx ^= transpose;
+        cy ^= transpose;
+        const HilbertStep step = kHilbertSteps[cx << 4 | cy];
+        position = position << 8 | step.position;
+        turn ^= step.turn;
     }
     return position;
 }
