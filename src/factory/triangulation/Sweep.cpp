@@ -958,10 +958,6 @@ int Sweep::FillPocket(int from, int to, int boundary)
 // region through the front; pocket is then the front vertex after which the front dips below it.
 int Sweep::InsertSegment(int from, int to, int &pocket)
 {
-    // One turn around `from`: the edge may exist already; a neighbour on the segment splits it;
-    // otherwise some triangle's far edge runs from a vertex right of the segment to one left of it,
-    // and the segment leaves `from` through that triangle. Only the first two cases can put a vertex
-    // on the segment's line ahead, so the turn ends as soon as such a triangle shows up.
     // Most constrained edges of smooth or densely sampled outlines are edges of the mesh already. A
     // first turn that compares vertex numbers only finds them without reading any coordinates, which
     // on large inputs lie far apart in memory. In a consistent mesh no triangle around `from` is
@@ -978,6 +974,10 @@ int Sweep::InsertSegment(int from, int to, int &pocket)
         MarkConstrained(existing, from, to);
         return to;
     }
+    // The full turn around `from`: the edge may exist already; a neighbour on the segment splits it;
+    // otherwise some triangle's far edge runs from a vertex right of the segment to one left of it,
+    // and the segment leaves `from` through that triangle. Only the first two cases can put a vertex
+    // on the segment's line ahead, so the turn ends as soon as such a triangle shows up.
     const double dx = X(to) - X(from), dy = Y(to) - Y(from);
     const double length2 = dx * dx + dy * dy;
     int onSegment = -1, onSegmentTriangle = -1;
