@@ -960,8 +960,7 @@ int Sweep::InsertSegment(int from, int to, int &pocket)
 {
     // Most constrained edges of smooth or densely sampled outlines are edges of the mesh already. A
     // first turn that compares vertex numbers only finds them without reading any coordinates, which
-    // on large inputs lie far apart in memory. In a consistent mesh no triangle around `from` is
-    // crossed by an edge of it, so the full turn below would find the same edge.
+    // on large inputs lie far apart in memory.
     int existing = -1;
     TurnAround(from, [&](int candidate, int i) {
         const Tri &T = m_tris[static_cast<std::size_t>(candidate)];
@@ -974,10 +973,11 @@ int Sweep::InsertSegment(int from, int to, int &pocket)
         MarkConstrained(existing, from, to);
         return to;
     }
-    // The full turn around `from`: the edge may exist already; a neighbour on the segment splits it;
-    // otherwise some triangle's far edge runs from a vertex right of the segment to one left of it,
-    // and the segment leaves `from` through that triangle. Only the first two cases can put a vertex
-    // on the segment's line ahead, so the turn ends as soon as such a triangle shows up.
+    // The full turn around `from`, over the same triangles in the same order, none of which has the
+    // edge: a neighbour on the segment splits it; otherwise some triangle's far edge runs from a vertex
+    // right of the segment to one left of it, and the segment leaves `from` through that triangle.
+    // Only the first case can put a vertex on the segment's line ahead, so the turn ends as soon as a
+    // triangle of the second shows up.
     const double dx = X(to) - X(from), dy = Y(to) - Y(from);
     const double length2 = dx * dx + dy * dy;
     int onSegment = -1, onSegmentTriangle = -1;
@@ -987,10 +987,6 @@ int Sweep::InsertSegment(int from, int to, int &pocket)
     TurnAround(from, [&](int candidate, int i) {
         const Tri &T = m_tris[static_cast<std::size_t>(candidate)];
         const int u = T.v[Next3(i)], w = T.v[Prev3(i)];
-        if (u == to || w == to) {
-            existing = candidate;
-            return true;
-        }
         const int su = Orient(from, to, u), sw = Orient(from, to, w);
         if (su < 0 && sw > 0) {
             t = candidate;
@@ -1014,10 +1010,6 @@ int Sweep::InsertSegment(int from, int to, int &pocket)
         }
         return false;
     });
-    if (existing >= 0) {
-        MarkConstrained(existing, from, to);
-        return to;
-    }
     if (t < 0 && onSegment >= 0) {
         MarkConstrained(onSegmentTriangle, from, onSegment);
         return onSegment;
